@@ -15,8 +15,8 @@ enum class FileState {
 
 class FileContent {
  public:
-  explicit FileContent(FileState state, std::string bytes = {}, std::string reason = {})
-      : state(state), bytes(std::move(bytes)), reason(std::move(reason)) {}
+  explicit FileContent(FileState how, std::string content = {}, std::string why = {})
+      : state(how), bytes(std::move(content)), reason(std::move(why)) {}
   FileState state;
   std::string bytes;   ///< the whole content when `read`, else empty
   std::string reason;  ///< the system's reason when `unreadable`

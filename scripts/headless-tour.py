@@ -1,0 +1,114 @@
+"""Opens the window, presses the main button, waits for the desktop, takes a picture of each, and stops the desktop.
+
+Runs inside in-virtual-display.sh. With --practice it is a newcomer's first start: settings, data and the practice
+engine's memory live in a folder that is gone afterwards. Without, they are those that the program has for this user,
+and a desktop that ran before keeps running.
+usage: headless-tour.py [--practice BUILD-FOLDER] PICTURE-FOLDER PROGRAM [ARGUMENT…]
+"""
+
+import pathlib
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tests" / "e2e"))
+
+from driver.accessibility import BUTTON  # noqa: E402
+from driver.application import Application, Folders, free_port_pair, ports_are_free  # noqa: E402
+from driver.desktop import start, wait_for_desktop_screen, wait_for_document  # noqa: E402
+from driver.display import colours, screenshot  # noqa: E402
+from driver.practice import PracticeTools  # noqa: E402
+from driver.waiting import wait_until  # noqa: E402
+
+# A first start may set up a virtual machine and download an image of more than a gigabyte.
+DESKTOP_SECONDS = 45 * 60
+
+
+def step(text):
+    print(text, flush=True)
+
+
+def take_tour(application, pictures):
+    tree = application.tree
+    application.wait_for_window()
+    # The program looks for a desktop that runs already as soon as its window is there.
+    time.sleep(1)
+    ran_before = tree.find(BUTTON, "Stop") is not None
+    screenshot(pictures / "home.png")
+    step("The window is open.")
+
+    start(tree)
+    progress = wait_until(lambda: progress_seen(tree), 60, "the progress of the start")
+    screenshot(pictures / "progress.png")
+    step(f"The main button is pressed: {progress}")
+
+    wait_for_desktop_screen(tree, DESKTOP_SECONDS)
+    page = wait_for_document(tree)
+    wait_until(lambda: is_drawn(pictures / "desktop.png", page), 30, "the desktop's picture")
+    step("The desktop is shown.")
+
+    if not ran_before:
+        tree.press("Stop")
+        tree.wait_for(BUTTON, "Open desktop", seconds=70)
+        step("The desktop is stopped.")
+
+
+def progress_seen(tree):
+    """The download's progress or, when there is nothing to download, that a desktop is on show already."""
+    layers = tree.find(text="layers downloaded")
+    if layers:
+        return layers.text
+    return "the image is here already" if tree.find(BUTTON, "Fullscreen") else None
+
+
+def is_drawn(path, page):
+    """Takes the picture, and tells whether more than an empty page is on it."""
+    time.sleep(1)
+    screenshot(path)
+    return colours(path, page.frame) > 8
+
+
+def newcomer(build):
+    """Folders and tools of somebody who has never started the program; the usual ports when they are free."""
+    folders = Folders()
+    tools = PracticeTools(build, folders.tools_state, pace=1)
+    if not ports_are_free(3000, 3001):
+        http, https = free_port_pair()
+        folders.write_settings(httpPort=http, httpsPort=https)
+        step(f"Port 3000 or 3001 is taken on this machine: using {http} and {https}.")
+    return folders, tools
+
+
+def main(arguments):
+    folders = tools = None
+    environment = {}
+    if arguments[0] == "--practice":
+        folders, tools = newcomer(arguments[1])
+        environment = {**folders.environment(), **tools.environment}
+        arguments = arguments[2:]
+    pictures = pathlib.Path(arguments[0]).resolve()
+    pictures.mkdir(parents=True, exist_ok=True)
+    log = pictures / "program.log"
+    log.unlink(missing_ok=True)
+    application = Application(arguments[1], log, environment, arguments[2:])
+    try:
+        take_tour(application, pictures)
+    except AssertionError as reason:
+        screenshot(pictures / "failure.png")
+        (pictures / "failure.txt").write_text(application.tree.dump())
+        print(f"It did not get to the desktop: {reason}", file=sys.stderr)
+        print(f"More in {pictures}: failure.png, failure.txt (all that was to be read) and {log.name}", file=sys.stderr)
+        return 1
+    finally:
+        application.terminate()
+        if tools:
+            tools.clean()
+        if folders:
+            folders.clean()
+    step("Pictures of the home screen, the progress and the desktop:")
+    for name in ("home.png", "progress.png", "desktop.png"):
+        step(f"  {pictures / name}")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))

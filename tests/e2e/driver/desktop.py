@@ -1,0 +1,76 @@
+"""What the tests do with the program's screens, in the words on them."""
+
+import time
+
+from .accessibility import BUTTON
+from .waiting import wait_until
+
+# In a page the web engine announces the document itself under one of these roles.
+DOCUMENT_ROLES = ("document web", "document frame", "html container")
+
+# A press takes effect a moment later, and a finished start shows its desktop a moment later.
+IDLE_SECONDS = 3
+
+
+def main_button(tree):
+    """The home screen's main button, whatever its title is at the moment."""
+    for title in ("Launch Linux", "Open desktop", "Starting…", "Installing…"):
+        found = tree.find(BUTTON, title)
+        if found:
+            return found
+    return None
+
+
+def start(tree):
+    """Presses the main button as soon as it is there and can be pressed."""
+
+    def ready():
+        button = main_button(tree)
+        return button if button and button.enabled else None
+
+    wait_until(ready, 20, "the main button").press()
+
+
+def wait_for_desktop_screen(tree, seconds=60):
+    """Until the desktop screen's toolbar is on show. A start that has come to an end without it ends the wait too:
+    the error then holds what is to be read on the screen."""
+    idle_since = None
+
+    def there():
+        nonlocal idle_since
+        if tree.find(BUTTON, "Fullscreen"):
+            return True
+        button = main_button(tree)
+        if not (button and button.enabled):
+            idle_since = None
+        elif idle_since is None:
+            idle_since = time.monotonic()
+        elif time.monotonic() - idle_since > IDLE_SECONDS:
+            raise AssertionError("the start ended without a desktop; on the screen:\n" + "\n".join(tree.texts()))
+        return False
+
+    wait_until(there, seconds, "the desktop screen")
+
+
+def _documents(tree):
+    return [element for element in tree.elements() if element.role in DOCUMENT_ROLES and element.showing]
+
+
+def wait_for_document(tree, seconds=60):
+    """Until the web view holds a page with something in it; the page's element."""
+    return wait_until(
+        lambda: next((page for page in _documents(tree) if any(page.descendants())), None), seconds, "the page"
+    )
+
+
+def wait_for_page(tree, text, seconds=30):
+    """Until the page in the web view shows this text; the element that does."""
+
+    def there():
+        for page in _documents(tree):
+            for part in page.descendants():
+                if text in part.text:
+                    return part
+        return None
+
+    return wait_until(there, seconds, f"the page with {text!r}")

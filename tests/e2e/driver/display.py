@@ -1,0 +1,20 @@
+"""Pictures of the virtual display."""
+
+import subprocess
+
+
+def screenshot(path):
+    """Writes the whole display as a picture; the file's ending says the format."""
+    subprocess.run(["import", "-window", "root", str(path)], check=True, timeout=30)
+
+
+def colours(path, frame=None):
+    """How many different colours a picture, or the part of it in frame (left, top, width, height), has."""
+    crop = []
+    if frame:
+        left, top, width, height = frame
+        crop = ["-crop", f"{width}x{height}+{left}+{top}", "+repage"]
+    answer = subprocess.run(
+        ["convert", str(path), *crop, "-format", "%k", "info:"], check=True, capture_output=True, text=True, timeout=60
+    )
+    return int(answer.stdout.strip())

@@ -16,7 +16,8 @@ inline constexpr const char* containerName = "tarnwick";
 
 class ContainerInfo {
  public:
-  ContainerInfo(bool running, std::string image) : running(running), image(std::move(image)) {}
+  ContainerInfo(bool isRunning, std::string itsImage)
+      : running(isRunning), image(std::move(itsImage)) {}
   bool running;
   std::string image;  ///< the reference the container was created from, as docker prints it
 };
@@ -24,8 +25,8 @@ class ContainerInfo {
 /// How compose commands are run: the executable and the arguments that come first.
 class ComposeInvocation {
  public:
-  ComposeInvocation(std::string exe, std::vector<std::string> prefix)
-      : exe(std::move(exe)), prefix(std::move(prefix)) {}
+  ComposeInvocation(std::string itsExe, std::vector<std::string> itsPrefix)
+      : exe(std::move(itsExe)), prefix(std::move(itsPrefix)) {}
   std::string exe;
   std::vector<std::string> prefix;
 };

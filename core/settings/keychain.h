@@ -11,8 +11,10 @@
 
 namespace tarnwick {
 
-/// Generic-password items of the service "Tarnwick". The store is asked on a worker thread, in the
-/// order of the calls, so that one that is slow never stops the interface. Main thread only.
+/// Generic-password items of the service "Tarnwick". The store is asked on a worker thread, so that
+/// one that is slow never stops the interface, for one call at a time and in the order in which the
+/// tasks begin. Main thread only; `service` outlives the worker queue's threads, which finish what
+/// was asked of them after this object is gone.
 class Keychain {
  public:
   Keychain(SecretService& service, WorkerQueue& workers, MainThread& mainThread);
@@ -28,6 +30,7 @@ class Keychain {
 
  private:
   struct Serial;
+  SecretService& service_;
   std::shared_ptr<Serial> serial_;
   MainThread& mainThread_;
 };

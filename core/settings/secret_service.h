@@ -8,8 +8,8 @@ namespace tarnwick {
 /// What identifies a secret: a generic password of one service and account.
 class SecretKey {
  public:
-  SecretKey(std::string service, std::string account)
-      : service(std::move(service)), account(std::move(account)) {}
+  SecretKey(std::string itsService, std::string itsAccount)
+      : service(std::move(itsService)), account(std::move(itsAccount)) {}
   std::string service;
   std::string account;
 };
@@ -23,8 +23,8 @@ enum class SecretStatus {
 
 class SecretAnswer {
  public:
-  explicit SecretAnswer(SecretStatus status, std::string bytes = {})
-      : status(status), bytes(std::move(bytes)) {}
+  explicit SecretAnswer(SecretStatus itsStatus, std::string itsBytes = {})
+      : status(itsStatus), bytes(std::move(itsBytes)) {}
   SecretStatus status;
   std::string bytes;  ///< the secret when found, as stored
 };

@@ -66,7 +66,9 @@ class SettingsStore {
   Published<PasswordStorage> passwordStorage;
 
   [[nodiscard]] bool requirePassword() const;
-  /// Turning it on with no password makes one (as soon as the keychain has answered).
+  /// Turning it on with no password makes one, as soon as the keychain has answered that it has
+  /// none. A keychain that does not show its items is asked once more; while it stays so the new
+  /// password is for this session only and the keychain is left alone.
   void setRequirePassword(bool on);
 
   /// `shareFolder` when it is an existing folder.
@@ -79,11 +81,11 @@ class SettingsStore {
   void markLaunched(const std::string& id);
   void forgetLaunched(const std::string& id);
   void setLaunchAtLogin(bool on);
-  /// Makes, publishes and stores a new password.
+  /// Makes, publishes and stores a new password, whatever was there; `passwordStorage` tells, when
+  /// the keychain has answered, whether it was stored.
   void regeneratePassword();
 
-  /// Ends when the keychain has answered for the first time (or was given up on), so that
-  /// `activePassword` is the truth.
+  /// Ends when no answer of the keychain is outstanding that `activePassword` depends on.
   Task<void> passwordLoaded();
 
   /// Announced before any of the published values changes.
@@ -97,12 +99,19 @@ class SettingsStore {
 
  private:
   struct Loading;
+  void askForPassword();
+  Task<void> loadPassword(unsigned question);
+  void settlePassword(const SecretAnswer& answer);
+  void endLoading();
+  Task<void> keepPassword(std::string newPassword);
+
   KeyValueStore& store_;
   Keychain& keychain_;
   LoginItem& loginItem_;
   RandomSource& random_;
+  MainThread& mainThread_;
   Published<bool> requirePassword_;
-  std::shared_ptr<Loading> loading_;
+  std::unique_ptr<Loading> loading_;
   TaskScope tasks_;
 };
 

@@ -5,6 +5,7 @@
 #include "core/controller/desktop_controller.h"
 #include "core/controller/friendly.h"
 #include "core/controller/homebrew.h"
+#include "core/settings/password.h"
 
 namespace tarnwick {
 
@@ -159,7 +160,7 @@ Task<bool> DesktopController::checkPorts() {
 
   std::string holder = co_await ports_.holder(*taken);
   const auto [http, https] = PortCheck::freePair(3100);
-  portConflict = PortConflict{randomUuid(services_.random), *taken, std::move(holder), http, https};
+  portConflict = PortConflict{randomUuidDigits(), *taken, std::move(holder), http, https};
   phase = Phase::idle;
   stages = initialStages();
   progressText = std::string();

@@ -9,8 +9,8 @@ namespace tarnwick {
 /// One finished run of a tool.
 class CommandResult {
  public:
-  CommandResult(std::int32_t status, std::string out, std::string err, bool timedOut)
-      : status(status), out(std::move(out)), err(std::move(err)), timedOut(timedOut) {}
+  CommandResult(std::int32_t endStatus, std::string output, std::string errors, bool hitLimit)
+      : status(endStatus), out(std::move(output)), err(std::move(errors)), timedOut(hitLimit) {}
 
   /// Exit status; 128 + n when signal n ended the tool; -1 when it could not be started or was
   /// still running when the runner gave up on it.

@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+# Sourced: building with the presets.
 # shellcheck disable=SC2154  # root, the folder of the checkout, is the caller's
 
 # Parallel compilations: one per processor, fewer when memory is short (a file can take 1 GB).

@@ -17,6 +17,7 @@ as_root() {
 
 # The mirror that this machine's own apt takes Debian's main archive from.
 debian_mirror() {
+    # shellcheck disable=SC2016  # apt's own variables
     apt-get indextargets --format '$(SITE) $(ORIGIN) $(LABEL) $(REPO_URI)' 'Created-By: Packages' 2>/dev/null |
         awk '$2 == "Debian" && $3 == "Debian" { print $NF; exit }'
 }

@@ -1,6 +1,7 @@
 #!/bin/sh
 # Entry of the full image: an XFCE session on a virtual display, shown by a page over a websocket.
 set -eu
+# shellcheck source=../site/prepare.sh
 . /etc/site/prepare.sh
 prepare_certificate
 prepare_sign_in

@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # Sourced by the start scripts of both images: what they share before the web server starts.
 
 prepare_certificate() {

@@ -1,6 +1,7 @@
 #!/bin/sh
 # Entry of the small image: a page in place of a desktop, with the ports, certificate and sign-in of a real one.
 set -eu
+# shellcheck source=../site/prepare.sh
 . /etc/site/prepare.sh
 prepare_certificate
 prepare_sign_in

@@ -1,0 +1,126 @@
+#!/usr/bin/env bash
+# Installs what the tests need, and runs all of them.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+. "$root/scripts/lib/say.sh"
+. "$root/scripts/lib/build.sh"
+. "$root/scripts/lib/levels.sh"
+. "$root/scripts/lib/checks.sh"
+
+usage() {
+    cat <<'TEXT'
+usage: ./test.sh [--quick] [--real-engine] [--help]
+
+Installs what is missing with apt (after saying what), builds, and runs the test levels one after the other. The last
+line adds them up.
+
+  --quick         the checks of the sources, and the tests of one build
+  --real-engine   also the tests on a real Docker engine, started for them alone: installs Debian's docker.io and
+                  docker-registry, and needs root (or sudo)
+TEXT
+}
+
+quick=no
+real=no
+for argument in "$@"; do
+    case $argument in
+        --quick) quick=yes ;;
+        --real-engine) real=yes ;;
+        --help | -h)
+            usage
+            exit 0
+            ;;
+        *)
+            usage >&2
+            exit 2
+            ;;
+    esac
+done
+
+groups=(build run headless test)
+[ "$real" = no ] || groups+=(real)
+bash "$root/scripts/install-packages.sh" "${groups[@]}"
+mkdir -p "$logs"
+
+in_display() { "$root/scripts/in-virtual-display.sh" "$@"; }
+
+# Everything with g++; the other g++ levels share this build. The tests get a bus and a display of their own, so that
+# none of them can reach a person's keyring or windows.
+debug_tests() {
+    build debug || return 1
+    export -f run_ctest count_junit
+    export counts root
+    in_display bash -c 'run_ctest debug'
+}
+
+# The core alone: Qt may not even be looked for, and no header of it may have been read.
+sanitizer_tests() {
+    local preset=$1
+    mkdir -p "$root/build"
+    build_without_qt "$preset" || return 1
+    if ninja -C "$root/build/$preset" -t deps | grep -iE '/qt6?/|/Q[A-Z][A-Za-z]+$'; then
+        say "The core's build has read headers of Qt."
+        return 1
+    fi
+    run_ctest "$preset"
+}
+
+build_without_qt() {
+    configure "$1" -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=TRUE || return 1
+    cmake --build "$root/build/$1" --parallel "$(build_jobs)"
+}
+
+# Reads the core by the commands of clang's build and the rest by those of g++'s.
+tidy() {
+    local status=0
+    run-clang-tidy-14 -quiet -j "$(nproc)" -p "$root/build/tsan" "^$root/core/" || status=1
+    run-clang-tidy-14 -quiet -j "$(nproc)" -p "$root/build/debug" "^$root/(platform|practice|ui|app)/" || status=1
+    return "$status"
+}
+
+end_to_end() {
+    export TARNWICK_BUILD=$root/build/debug
+    in_display /usr/bin/python3 "$root/tests/e2e/run.py" "$counts" "$root/tests/e2e"
+}
+
+real_engine() { "$root/tests/real/run.sh" "$root/build/debug" "$counts"; }
+
+level "source format" check_format || true
+level "coroutine forms" check_coroutines || true
+level "layers" check_layers || true
+level "wording" check_wording || true
+level "shell scripts" check_shell_scripts || true
+
+built=yes
+level "all tests, g++" debug_tests || [ -x "$root/build/debug/app/tarnwick" ] || built=no
+
+if [ "$quick" = yes ]; then
+    reason="left out by --quick"
+    for name in "core tests, address and undefined sanitizers" "core tests, clang, thread sanitizer" "clang-tidy" \
+        "whole program, practice engine" "whole program, real Docker engine"; do
+        skip "$name" "$reason"
+    done
+    finish
+    exit
+fi
+
+level "core tests, address and undefined sanitizers" sanitizer_tests asan-ubsan || true
+level "core tests, clang, thread sanitizer" sanitizer_tests tsan || true
+level "clang-tidy" tidy || true
+
+if [ "$built" = no ]; then
+    skip "whole program, practice engine" "the program was not built"
+    skip "whole program, real Docker engine" "the program was not built"
+    finish
+    exit
+fi
+level "whole program, practice engine" end_to_end || true
+
+if [ "$real" = no ]; then
+    skip "whole program, real Docker engine" "runs with --real-engine only, since it installs and starts a Docker engine"
+elif ! reason=$("$root/tests/real/run.sh" --can-run); then
+    skip "whole program, real Docker engine" "$reason"
+else
+    level "whole program, real Docker engine" real_engine || true
+fi
+finish

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "core/async/task.h"
 #include "core/process/command_runner.h"
@@ -18,7 +19,10 @@ namespace tarnwick {
 /// Finds who holds a port, and ports that are free. Main thread.
 class PortCheck {
  public:
-  explicit PortCheck(CommandRunner& runner);
+  /// The first of `lsofPaths` (at least one) that is there is run; the first one when none is,
+  /// whose absence is then told by the result.
+  explicit PortCheck(CommandRunner& runner,
+                     std::vector<std::string> lsofPaths = {"/usr/sbin/lsof", "/usr/bin/lsof"});
 
   /// lsof's table of the listening processes, or a sentence.
   Task<std::string> holder(std::int64_t port);
@@ -29,7 +33,10 @@ class PortCheck {
   [[nodiscard]] static std::pair<std::int64_t, std::int64_t> freePair(std::int64_t base);
 
  private:
+  [[nodiscard]] const std::string& lsof() const;
+
   CommandRunner& runner_;
+  std::vector<std::string> lsofPaths_;
 };
 
 }  // namespace tarnwick

@@ -11,12 +11,7 @@ check_format() {
     (cd "$root" && clang-format-14 --dry-run -Werror "${files[@]}")
 }
 
-check_coroutines() {
-    local files
-    python3 "$root/scripts/lint-coroutines.py" --self-test || return 1
-    mapfile -t files < <(project_files '*.cpp' '*.h')
-    (cd "$root" && python3 scripts/lint-coroutines.py "${files[@]}")
-}
+check_coroutines() { "$root/scripts/lint-coroutines.sh"; }
 
 check_shell_scripts() {
     local files

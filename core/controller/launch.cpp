@@ -89,7 +89,8 @@ Task<bool> DesktopController::startColima() {
     const std::vector<std::string> args = colimaStartArguments();
     const Environment env;
     LineCallback sink = lineSink();
-    status = co_await stream->run(*colima, args, env, std::move(sink));
+    const std::int32_t ended = co_await stream->run(*colima, args, env, std::move(sink));
+    status = ended;
   }
   if (finishedByCancel()) co_return false;
   const bool reachable = co_await colima_.dockerReachable();
@@ -200,8 +201,11 @@ Task<void> DesktopController::waitForDesktop(Flavor flavor, CancellationToken ca
   const TimePoint deadline = services_.mainThread.now() + 240s;
   bool ready = false;
   for (int attempts = 1; services_.mainThread.now() < deadline && !cancelRequested_; ++attempts) {
-    ready = co_await probe(settings.httpPort);
-    if (ready) break;
+    const bool answers = co_await probe(settings.httpPort);
+    if (answers) {
+      ready = true;
+      break;
+    }
     if (attempts % 5 == 0) {
       const std::optional<ContainerInfo> info = co_await docker_.containerInfo();
       // A dead container will not answer any more.

@@ -29,7 +29,8 @@ void DesktopController::startMonitor() {
 Task<void> DesktopController::monitorLoop() {
   while (true) {
     co_await pollOnce();
-    co_await sleepFor(services_.mainThread, 6s, CancellationToken());
+    CancellationToken never;
+    co_await sleepFor(services_.mainThread, 6s, std::move(never));
   }
 }
 

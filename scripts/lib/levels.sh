@@ -25,10 +25,11 @@ level() {
     local name=$1 began=$SECONDS result=passed p f s log
     shift
     log=$logs/${name//[^A-Za-z0-9]/-}.log
-    counts=$(mktemp)
+    counts=$log.counts
+    rm -f "$counts"
     heading "$name"
     "$@" >"$log" 2>&1 </dev/null || result=failed
-    if ! read -r p f s <"$counts"; then
+    if [ ! -s "$counts" ] || ! read -r p f s <"$counts"; then
         p=0 f=0 s=0
         if [ "$result" = passed ]; then p=1; else f=1; fi
     fi

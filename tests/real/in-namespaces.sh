@@ -1,12 +1,26 @@
 #!/usr/bin/env bash
 # Inside fresh namespaces: sets up what an engine needs, proves that it starts, runs a command, and cleans up.
-# usage: in-namespaces.sh COMMAND…            (by run.sh only)
+# usage: in-namespaces.sh EMPTY-FOLDER COMMAND… | in-namespaces.sh EMPTY-FOLDER --prepare-only       (by run.sh only)
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 . "$here/../../scripts/lib/say.sh"
-
 export PATH=$PATH:/usr/sbin:/sbin
+
+place=$1
+shift
+if [ "${TARNWICK_REAL_PRIVATE:-}" != yes ]; then
+    # What is mounted from here on must not appear outside.
+    awk '{ print $5 }' /proc/self/mountinfo | while read -r mounted; do mount --make-private "$(printf '%b' "$mounted")"; done
+    mount -t proc proc /proc
+    export TARNWICK_REAL_PRIVATE=yes
+    # In a chroot the root folder is no mount, and containers cannot be started: make it one.
+    if ! awk '$5 == "/" { found = 1 } END { exit !found }' /proc/self/mountinfo; then
+        mount --rbind / "$place"
+        exec chroot "$place" "$here/in-namespaces.sh" "$place" "$@"
+    fi
+fi
 ip link set lo up
+if [ "${1:-}" = --prepare-only ]; then exit 0; fi
 
 # A socket's path may be 107 bytes long: the state cannot live below a deep build folder.
 state=$(mktemp -d)

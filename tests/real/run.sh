@@ -25,25 +25,26 @@ can_run() {
         say "a Docker engine can only be started by root, and sudo asks for a password"
         return 1
     fi
-    as_root unshare --net --mount --pid --fork --mount-proc --kill-child true 2>/dev/null || {
-        say "this machine allows no namespaces of one's own, as inside a container"
+    local reason
+    reason=$(isolated --prepare-only 2>&1) || {
+        say "this machine allows no namespaces of one's own: $(tail -n 1 <<<"$reason")"
         return 1
     }
-    probe_engine
-}
-
-# An engine that cannot even start says so here, and not as a failed test.
-probe_engine() {
-    local reason
-    reason=$(as_root unshare --net --mount --pid --fork --mount-proc --kill-child \
-        bash "$here/in-namespaces.sh" true 2>&1) || {
+    # An engine that cannot even start says so here, and not as a failed test.
+    reason=$(isolated true 2>&1) || {
         say "no Docker engine can start here: $(tail -n 1 <<<"$reason")"
         return 1
     }
 }
 
+# isolated COMMAND…: in namespaces of its own, with an engine that has just started.
 isolated() {
-    as_root unshare --net --mount --pid --fork --mount-proc --kill-child bash "$here/in-namespaces.sh" "$@"
+    local place status=0
+    place=$(mktemp -d)
+    as_root unshare --net --mount --propagation unchanged --pid --fork --kill-child \
+        bash "$here/in-namespaces.sh" "$place" "$@" || status=$?
+    rmdir "$place"
+    return "$status"
 }
 
 case ${1:-} in

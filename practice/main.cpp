@@ -1,8 +1,7 @@
-#include <sys/stat.h>
-
 #include <filesystem>
 #include <iterator>
 #include <string>
+#include <sys/stat.h>
 
 #include "practice/console.h"
 #include "practice/refusal.h"

@@ -17,17 +17,25 @@ constexpr std::size_t kLargestBody = 8 << 20;
 constexpr const char* kHtml = "text/html; charset=utf-8";
 constexpr const char* kText = "text/plain; charset=utf-8";
 
-/// "alpine-xfce" as "Alpine Xfce"; anything that could mean something to HTML is left out.
-std::string displayName(const std::string& flavor) {
-  std::string name;
-  bool wordStarts = true;
-  for (const char c : flavor) {
-    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-    const bool capital = wordStarts && c >= 'a' && c <= 'z';
-    name += !letter ? ' ' : capital ? static_cast<char>(c - 'a' + 'A') : c;
-    wordStarts = !letter;
+std::string capitalised(std::string word) {
+  if (word == "xfce" || word == "kde" || word == "mate") {
+    for (char& c : word) c = static_cast<char>(c - 'a' + 'A');
+  } else if (word != "i3" && !word.empty() && word[0] >= 'a' && word[0] <= 'z') {
+    word[0] = static_cast<char>(word[0] - 'a' + 'A');
   }
-  return name;
+  return word;
+}
+
+/// "alpine-xfce" as "XFCE on Alpine"; anything that could mean something to HTML is left out.
+std::string displayName(const std::string& flavor) {
+  std::string plain;
+  for (const char c : flavor) {
+    const bool kept = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    if (kept || c == '-') plain += c;
+  }
+  const std::size_t dash = plain.find('-');
+  if (dash == std::string::npos) return capitalised(plain);
+  return capitalised(plain.substr(dash + 1)) + " on " + capitalised(plain.substr(0, dash));
 }
 
 void replaceAll(std::string& text, std::string_view what, const std::string& by) {

@@ -22,6 +22,7 @@ class TemporaryFolder {
   }
 
   [[nodiscard]] const std::string& path() const { return path_; }
+  [[nodiscard]] std::string operator/(const std::string& name) const { return path_ + "/" + name; }
 
   /// Writes a file, with its missing folders, and gives its full path.
   std::string write(const std::string& name, const std::string& content,

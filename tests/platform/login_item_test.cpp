@@ -1,0 +1,104 @@
+#include <algorithm>
+#include <filesystem>
+#include <glib.h>
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include "platform/system_random.h"
+#include "platform/xdg_login_item.h"
+#include "tests/platform/small_files.h"
+#include "tests/support/temporary_folder.h"
+
+namespace tarnwick {
+namespace {
+
+/// What another program of the desktop makes of the entry.
+std::vector<std::string> commandLineIn(const std::string& path) {
+  GKeyFile* file = g_key_file_new();
+  EXPECT_TRUE(g_key_file_load_from_file(file, path.c_str(), G_KEY_FILE_NONE, nullptr));
+  gchar* exec = g_key_file_get_string(file, "Desktop Entry", "Exec", nullptr);
+  EXPECT_NE(exec, nullptr);
+  gchar** words = nullptr;
+  std::vector<std::string> result;
+  if (exec != nullptr && g_shell_parse_argv(exec, nullptr, &words, nullptr)) {
+    for (gchar** word = words; *word != nullptr; ++word) result.emplace_back(*word);
+  }
+  g_strfreev(words);
+  g_free(exec);
+  g_key_file_free(file);
+  return result;
+}
+
+TEST(LoginItem, RegistersAndUnregistersItself) {
+  const TemporaryFolder config;
+  XdgLoginItem item(config / "new", "/usr/bin/tarnwick");
+  EXPECT_FALSE(item.isEnabled());
+  item.registerItem();
+  item.registerItem();
+  EXPECT_TRUE(item.isEnabled());
+  EXPECT_THAT(namesIn(config / "new/autostart"), ::testing::ElementsAre("tarnwick.desktop"));
+  item.unregisterItem();
+  EXPECT_FALSE(item.isEnabled());
+  item.unregisterItem();
+}
+
+TEST(LoginItem, AnyPathIsOneWordToOtherPrograms) {
+  const TemporaryFolder config;
+  const std::string program = "/opt/My \"odd\" $HOME `x` back\\slash/tarnwick";
+  XdgLoginItem item(config.path(), program);
+  item.registerItem();
+  EXPECT_THAT(commandLineIn(config / "autostart/tarnwick.desktop"),
+              ::testing::ElementsAre(program, "--background"));
+}
+
+TEST(LoginItem, APercentSignIsNoFieldCode) {
+  const TemporaryFolder config;
+  XdgLoginItem(config.path(), "/opt/100%f/tarnwick").registerItem();
+  EXPECT_THAT(readText(config / "autostart/tarnwick.desktop"),
+              ::testing::HasSubstr("Exec=\"/opt/100%%f/tarnwick\" --background\n"));
+}
+
+TEST(LoginItem, SeesWhatToolsOfTheDesktopSwitchedOff) {
+  const TemporaryFolder config;
+  XdgLoginItem item(config.path(), "/usr/bin/tarnwick");
+  item.registerItem();
+  const std::string path = config / "autostart/tarnwick.desktop";
+  const std::string entry = readText(path);
+  struct Case {
+    std::string text;
+    bool enabled;
+  };
+  const std::string start = "[Desktop Entry]\nType=Application\nExec=tarnwick\n";
+  for (const Case& one :
+       {Case{entry + "Hidden=true\n", false}, Case{start + " Hidden = true \r\n", false},
+        Case{start + "X-GNOME-Autostart-enabled=false\n", false},
+        Case{start + "Hidden=false\n", true},
+        Case{start + "[Desktop Action x]\nHidden=true\n", true},
+        Case{"# Hidden=true\n" + start, true}, Case{"", false}, Case{"\xff\xfe no entry", false}}) {
+    writeText(path, one.text);
+    EXPECT_EQ(item.isEnabled(), one.enabled) << one.text;
+  }
+  item.registerItem();
+  EXPECT_TRUE(item.isEnabled());
+}
+
+TEST(LoginItem, AnErrorShowsInTheStatusOnly) {
+  const TemporaryFolder config;
+  writeText(config / "file", "in the way");
+  XdgLoginItem item(config / "file", "/usr/bin/tarnwick");
+  item.registerItem();
+  EXPECT_FALSE(item.isEnabled());
+  item.unregisterItem();
+}
+
+TEST(SystemRandom, GivesAsManyFreshBytesAsAsked) {
+  SystemRandom random;
+  const auto large = random.bytes(100'000);
+  ASSERT_TRUE(large.has_value());
+  EXPECT_EQ(large->size(), 100'000U);
+  EXPECT_LT(std::count(large->end() - 64, large->end(), 0), 32);
+  EXPECT_NE(random.bytes(12), random.bytes(12));
+}
+
+}  // namespace
+}  // namespace tarnwick

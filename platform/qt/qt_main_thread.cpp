@@ -19,6 +19,13 @@ using Work = std::function<void()>;
 /// Well below a frame at 60 Hz, so that a flood of posts never shows as a stutter.
 constexpr auto longestTurn = std::chrono::milliseconds(8);
 
+/// The timers count whole milliseconds, may be a little early, and have a longest time.
+std::chrono::milliseconds waitUntil(TimePoint due) {
+  constexpr auto longestWait = std::chrono::hours(24);
+  return std::chrono::ceil<std::chrono::milliseconds>(
+      std::clamp<Duration>(due - Clock::now(), Duration::zero(), longestWait));
+}
+
 }  // namespace
 
 class QtMainThread::Inbox final : public QObject {
@@ -41,17 +48,20 @@ class QtMainThread::Inbox final : public QObject {
   }
 
   void runAt(TimePoint due, Work work) {
-    // The timers count whole milliseconds and may be a little early.
-    constexpr auto longestWait = std::chrono::hours(24);
-    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(
-        std::clamp<Duration>(due - Clock::now(), Duration::zero(), longestWait));
-    QTimer::singleShot(wait, Qt::PreciseTimer, this, [this, due, work = std::move(work)]() mutable {
+    // A child of this object, so that it goes with it, and with it the work.
+    auto* timer = new QTimer(this);
+    timer->setSingleShot(true);
+    timer->setTimerType(Qt::PreciseTimer);
+    connect(timer, &QTimer::timeout, this, [timer, due, work = std::move(work)]() mutable {
       if (Clock::now() < due) {
-        runAt(due, std::move(work));
-      } else {
-        work();
+        timer->start(waitUntil(due));
+        return;
       }
+      timer->deleteLater();
+      const Work last = std::move(work);
+      last();
     });
+    timer->start(waitUntil(due));
   }
 
  protected:

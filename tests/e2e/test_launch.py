@@ -1,12 +1,12 @@
 """One press brings up the desktop; every way back out of it works."""
 
-import signal
-
 from driver.accessibility import BUTTON
 from driver.cases import PracticeCase
 from driver.desktop import main_button, start, wait_for_desktop_screen, wait_for_page
+from driver.display import press_keys
 from driver.waiting import wait_until
 
+PAGE = "practice engine"
 CHECKLIST = ("Colima ready", "Image downloaded", "Desktop starting", "Ready")
 
 
@@ -25,7 +25,7 @@ class Launch(PracticeCase):
         self.tree.wait_for(text="layers downloaded", seconds=30)
 
         wait_for_desktop_screen(self.tree)
-        wait_for_page(self.tree, "ractice")
+        wait_for_page(self.tree, PAGE)
         for title in ("Fullscreen", "Reload", "Open in browser", "Logs", "Stop", "Home", "Keys"):
             self.assertIsNotNone(self.tree.find(BUTTON, title), f"no button {title} on the desktop screen")
         self.assertTrue(self.tools.container_runs())
@@ -40,7 +40,7 @@ class Launch(PracticeCase):
         self.assertTrue(self.tools.container_runs())
         start(self.tree)
         wait_for_desktop_screen(self.tree, 10)
-        wait_for_page(self.tree, "ractice")
+        wait_for_page(self.tree, PAGE)
 
     def test_cancel_during_the_download(self):
         self.start_with_practice(pace=1)
@@ -83,7 +83,21 @@ class Launch(PracticeCase):
 
 
 class Quit(PracticeCase):
-    def test_a_request_to_end_is_followed_quickly(self):
+    def test_quitting_leaves_the_desktop_running(self):
         self.start_with_practice()
-        self.application.signal(signal.SIGTERM)
-        self.application.wait_for_end(10)
+        start(self.tree)
+        wait_for_desktop_screen(self.tree)
+        self.tree.press("Home")
+        self.tree.wait_for(BUTTON, "Open desktop")
+        press_keys("ctrl+q")
+        self.assertEqual(self.application.wait_for_end(10), 0)
+        self.assertTrue(self.tools.container_runs())
+
+    def test_quitting_stops_colima_when_asked_to(self):
+        self.start_with_practice(stopColimaOnQuit=True)
+        self.tools.run("colima", "start")
+        self.assertEqual(self.tools.run("docker", "info").returncode, 0)
+        self.tree.wait_for(BUTTON, "Launch Linux")
+        press_keys("ctrl+q")
+        self.assertEqual(self.application.wait_for_end(20), 0)
+        self.assertNotEqual(self.tools.run("docker", "info").returncode, 0)

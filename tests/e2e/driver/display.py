@@ -1,4 +1,4 @@
-"""Pictures of the virtual display."""
+"""Pictures of the virtual display, and its keyboard."""
 
 import subprocess
 
@@ -18,3 +18,8 @@ def colours(path, frame=None):
         ["convert", str(path), *crop, "-format", "%k", "info:"], check=True, capture_output=True, text=True, timeout=60
     )
     return int(answer.stdout.strip())
+
+
+def press_keys(*keys):
+    """Presses keys as on a keyboard, such as "ctrl+q"; they go to the window that has the focus."""
+    subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True, timeout=10)

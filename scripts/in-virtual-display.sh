@@ -44,6 +44,8 @@ unset WAYLAND_DISPLAY SESSION_MANAGER DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRES
 export DISPLAY=":$number" XAUTHORITY="$session/client.auth" XDG_RUNTIME_DIR="$session/runtime"
 export XDG_SESSION_TYPE=x11 QT_QPA_PLATFORM=xcb GSETTINGS_BACKEND=memory LIBGL_ALWAYS_SOFTWARE=1
 export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
+# Names and texts are UTF-8 whatever a bare machine's locale is.
+export LC_ALL=C.UTF-8
 
 # A window manager, so that windows get sizes, focus and full screen as on a person's display. What the bus and its
 # services say is not the command's output and stays apart.

@@ -2,8 +2,13 @@
 # Sourced: the checks that need no build.
 # shellcheck disable=SC2154  # root, the folder of the checkout, is the caller's
 
-# The files of the project that match the patterns, also those not committed yet; build folders are ignored files.
-project_files() { (cd "$root" && git ls-files -co --exclude-standard -- "$@" | while read -r file; do [ -f "$file" ] && printf '%s\n' "$file"; done); }
+# The files of the project that match the patterns, also those not committed yet; build folders are ignored files. The
+# checkout may belong to another user than the one that tests it.
+project_files() {
+    local file
+    git -c safe.directory='*' -C "$root" ls-files -co --exclude-standard -- "$@" |
+        while read -r file; do if [ -f "$root/$file" ]; then printf '%s\n' "$file"; fi; done
+}
 
 check_format() {
     local files
@@ -11,7 +16,11 @@ check_format() {
     (cd "$root" && clang-format-14 --dry-run -Werror "${files[@]}")
 }
 
-check_coroutines() { "$root/scripts/lint-coroutines.sh"; }
+check_coroutines() {
+    local files
+    mapfile -t files < <(project_files '*.cpp' '*.h')
+    (cd "$root" && scripts/lint-coroutines.sh "${files[@]}")
+}
 
 check_shell_scripts() {
     local files

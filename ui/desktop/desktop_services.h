@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QPointer>
+
+#include "core/controller/workspace.h"
+#include "core/settings/settings_store.h"
+#include "ui/web/web_desktop_view.h"
+
+class QDialog;
+
+namespace tarnwick {
+
+/// What a desktop page may ask of the program, answered from the settings and with the desktop's
+/// own dialogs. Interface thread only.
+class DesktopServices final : public WebDesktopServices {
+ public:
+  /// The engine keeps its data below `storageFolder` and `cacheFolder`.
+  DesktopServices(SettingsStore& settings, Workspace& workspace, QString storageFolder,
+                  QString cacheFolder);
+
+  bool requirePassword() override;
+  std::optional<QString> password() override;
+  void openUrl(const QUrl& url) override;
+  std::optional<QString> askSavePath(QWidget* parent, const QString& suggestedName) override;
+  QStringList chooseFiles(QWidget* parent, bool allowsMultipleSelection,
+                          bool allowsDirectories) override;
+  std::optional<int> showMessage(QWidget* parent, const QString& text,
+                                 const QStringList& buttons) override;
+  QString storageFolder() override { return storageFolder_; }
+  QString cacheFolder() override { return cacheFolder_; }
+
+  /// A page waits for the answer of a dialog: its view must not be deleted yet.
+  [[nodiscard]] bool pageWaits() const { return waiting_ > 0; }
+  /// Closes the dialogs as if the user had.
+  void cancelDialogs();
+
+ private:
+  int ask(QDialog& dialog);
+
+  SettingsStore& settings_;
+  Workspace& workspace_;
+  QString storageFolder_;
+  QString cacheFolder_;
+  int waiting_ = 0;
+  QList<QPointer<QDialog>> dialogs_;
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,33 @@
+#include "ui/home/flavor_picker.h"
+
+#include <QWheelEvent>
+
+#include "core/settings/flavor.h"
+
+namespace tarnwick {
+
+FlavorPicker::FlavorPicker(QWidget* parent) : QComboBox(parent) {
+  for (const Flavor& flavor : Flavor::all()) {
+    addItem(QString::fromStdString(flavor.pickerText()), QString::fromStdString(flavor.id));
+  }
+  setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  setMinimumContentsLength(16);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setAccessibleName(QStringLiteral("Flavor"));
+}
+
+void FlavorPicker::showFlavor(const std::string& id) {
+  const int index = findData(QString::fromStdString(id));
+  if (index != currentIndex()) setCurrentIndex(index);
+}
+
+std::string FlavorPicker::flavorAt(int index) const {
+  return itemData(index).toString().toStdString();
+}
+
+void FlavorPicker::wheelEvent(QWheelEvent* event) {
+  // The page scrolls under the pointer; that must not choose another flavor on the way.
+  event->ignore();
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QVBoxLayout>
+#include <QWidget>
+#include <vector>
+
+#include "core/controller/desktop_controller.h"
+#include "ui/common/elided_label.h"
+#include "ui/common/progress_bar.h"
+#include "ui/common/text_label.h"
+#include "ui/home/checklist_row.h"
+
+namespace tarnwick {
+
+/// The checklist of a run; while it is under way also its progress and its latest output.
+class ProgressCard final : public QWidget {
+ public:
+  explicit ProgressCard(DesktopController& controller, QWidget* parent = nullptr);
+  void render();
+
+ private:
+  void renderChecklist();
+  void renderTail();
+
+  DesktopController& controller_;
+  QVBoxLayout* checklist_;
+  std::vector<ChecklistRow*> rows_;
+  QWidget* run_;  ///< what is shown only while busy
+  ProgressBar* bar_;
+  TextLabel* text_;
+  QWidget* tail_;
+  std::vector<ElidedLabel*> lines_;
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QWidget>
+
+#include "core/controller/desktop_controller.h"
+#include "ui/common/buttons.h"
+#include "ui/common/text_label.h"
+#include "ui/home/flavor_picker.h"
+
+namespace tarnwick {
+
+/// The logo, the flavor, and the buttons that start and stop.
+class TopCard final : public QWidget {
+ public:
+  explicit TopCard(DesktopController& controller, QWidget* parent = nullptr);
+  void render();
+  /// Where the keyboard begins.
+  void focusMainButton() { main_->setFocus(Qt::OtherFocusReason); }
+
+ private:
+  void build();
+  QWidget* makePicker();
+
+  DesktopController& controller_;
+  FlavorPicker* picker_;
+  ProminentButton* main_;
+  LargeButton* stop_;
+  TextLabel* firstRun_;
+  TextLabel* installHint_;
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,79 @@
+#include "ui/main_window/main_window.h"
+
+#include <QMenuBar>
+#include <QTimer>
+#include <utility>
+
+namespace tarnwick {
+namespace {
+
+constexpr QSize defaultSize(1000, 700);
+constexpr QSize minimumContent(760, 540);
+
+}  // namespace
+
+MainWindow::MainWindow(DesktopController& controller, WindowOpener& windows,
+                       DesktopServices& services, WebModuleSource webModule)
+    : controller_(controller),
+      windows_(windows),
+      services_(services),
+      webModule_(std::move(webModule)),
+      content_(new QStackedWidget(this)),
+      home_(new HomeScreen(controller, windows)),
+      menu_(new MainMenu(*this, controller, windows)),
+      announcer_(new Announcer(this)),
+      announcements_(controller, *announcer_),
+      scheduler_([this] { render(); }) {
+  setWindowTitle(QStringLiteral("Tarnwick"));
+  content_->setMinimumSize(minimumContent);
+  content_->addWidget(home_);
+  setCentralWidget(content_);
+  resize(defaultSize);
+  scheduler_.observe(controller.changes());
+  scheduler_.observe(controller.settings.changes());
+  render();
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  // Later calls do nothing.
+  controller_.startMonitor();
+}
+
+void MainWindow::render() {
+  const bool wantsDesktop =
+      controller_.showDesktop.get() && controller_.phase.get() == Phase::running;
+  if (wantsDesktop && !desktop_) enterDesktop();
+  if (!wantsDesktop && desktop_) leaveDesktop();
+  menu_->render(desktop_ ? Keyboard::desktops : Keyboard::ours);
+  announcements_.render();
+}
+
+void MainWindow::enterDesktop() {
+  desktop_ = new DesktopScreen(controller_, windows_, services_, webModule_);
+  content_->addWidget(desktop_);
+  content_->setCurrentWidget(desktop_);
+  desktop_->focusContent();
+}
+
+void MainWindow::leaveDesktop() {
+  DesktopScreen* screen = desktop_;
+  desktop_ = nullptr;
+  content_->setCurrentWidget(home_);
+  content_->removeWidget(screen);
+  home_->focusMainButton();
+  services_.cancelDialogs();
+  deleteWhenFree(screen);
+}
+
+void MainWindow::deleteWhenFree(DesktopScreen* screen) {
+  // A page that waits for a dialog's answer is on the call stack below us: let it return first.
+  QTimer::singleShot(0, screen, [this, screen] {
+    if (services_.pageWaits()) return deleteWhenFree(screen);
+    screen->deleteLater();
+  });
+}
+
+}  // namespace tarnwick

@@ -131,7 +131,8 @@ TEST_F(DockerTest, LogsAreAlwaysTextToShow) {
 }
 
 Task<void> askForLogs(Docker& docker, std::string& text) {
-  text = co_await docker.logs(1);
+  std::string answer = co_await docker.logs(1);
+  text = std::move(answer);
 }
 Task<void> askForInfo(Docker& docker, bool& running) {
   const auto info = co_await docker.containerInfo();

@@ -44,6 +44,12 @@ void write(std::string_view bytes) {
   writeAll(STDOUT_FILENO, bytes);
 }
 
+void flood(std::string_view block) {
+  const char* text = std::getenv("TARNWICK_PRACTICE_FLOOD_MB");
+  const unsigned long megabytes = text == nullptr ? 1'000 : std::strtoul(text, nullptr, 10);
+  for (std::size_t sent = 0; sent < megabytes * 1'000'000; sent += block.size()) write(block);
+}
+
 double pace() {
   const char* text = std::getenv("TARNWICK_PRACTICE_PACE");
   if (text == nullptr || *text == '\0') return 1.0;

@@ -15,6 +15,9 @@ void say(std::string_view line);
 void complain(std::string_view line);
 void write(std::string_view bytes);
 
+/// Writes `block` again and again, until 1 GB or TARNWICK_PRACTICE_FLOOD_MB megabytes are written.
+void flood(std::string_view block);
+
 /// TARNWICK_PRACTICE_PACE: the factor for every pause, 0 to 100; 1 when unset or not a number.
 double pace();
 

@@ -148,7 +148,7 @@ void floodLogs() {
   while (block.size() < 1'000'000) {
     block += "Practice desktop: this line is repeated until the log holds 1 GB.\n";
   }
-  for (std::size_t sent = 0; sent < 1'000'000'000; sent += block.size()) write(block);
+  flood(block);
 }
 
 int logs(const Call& call, Words rest) {

@@ -143,7 +143,7 @@ class Pull {
       for (std::size_t i = 0; block.size() < 1'000'000; ++i) {
         block += fmt::format("{}: Downloading  {:>7}kB/1.5GB\n", layers_[i % kLayers], i);
       }
-      for (std::size_t sent = 0; sent < 1'000'000'000; sent += block.size()) write(block);
+      flood(block);
     }
     if (call_.faults.has(Fault::PullInvalidUtf8)) {
       say("\xff\xfe\xc3\x28 not UTF-8: \xed\xa0\x80 \xf5\x80\x80\x80");

@@ -11,6 +11,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "core/process/spawn.h"
+
 namespace tarnwick {
 namespace {
 
@@ -71,8 +73,9 @@ struct ChildProcess::Ready {
   std::array<bool, 2> pipes{};
 };
 
-std::variant<ChildProcess, std::error_code> ChildProcess::start(const ToolCommand& command,
-                                                                OutputPipes pipes) {
+std::variant<ChildProcess, std::error_code> ChildProcess::start(
+    const std::string& exe, const std::vector<std::string>& args, const Environment& environment,
+    OutputPipes pipes) {
   std::optional<Pipe> output = makePipe();
   if (!output) return lastError();
   std::optional<Pipe> error;
@@ -82,7 +85,8 @@ std::variant<ChildProcess, std::error_code> ChildProcess::start(const ToolComman
   }
   const Pipe& errorPipe = error ? *error : *output;
   std::error_code reason;
-  const pid_t pid = spawnTool(command, output->writeEnd.get(), errorPipe.writeEnd.get(), reason);
+  const pid_t pid =
+      spawnTool(exe, args, environment, output->writeEnd.get(), errorPipe.writeEnd.get(), reason);
   if (pid < 0) return reason;
   std::array<FileDescriptor, 2> readEnds{std::move(output->readEnd),
                                          error ? std::move(error->readEnd) : FileDescriptor()};
@@ -90,24 +94,19 @@ std::variant<ChildProcess, std::error_code> ChildProcess::start(const ToolComman
 }
 
 ChildProcess::ChildProcess(pid_t pid, std::array<FileDescriptor, 2> pipes)
-    : pid_(pid),
-      pidfd_(pidfdOpen(pid)),
-      pipes_(std::move(pipes)),
-      buffer_(std::make_unique_for_overwrite<char[]>(bufferSize)) {}
+    : pid_(pid), pidfd_(pidfdOpen(pid)), pipes_(std::move(pipes)) {}
 
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept
     : pid_(std::exchange(other.pid_, -1)),
       pidfd_(std::move(other.pidfd_)),
       pipes_(std::move(other.pipes_)),
-      widened_(other.widened_),
-      buffer_(std::move(other.buffer_)) {}
+      widened_(other.widened_) {}
 
 ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
   std::swap(pid_, other.pid_);
   std::swap(pidfd_, other.pidfd_);
   std::swap(pipes_, other.pipes_);
   std::swap(widened_, other.widened_);
-  std::swap(buffer_, other.buffer_);
   return *this;
 }
 
@@ -116,15 +115,17 @@ ChildProcess::~ChildProcess() {
 }
 
 bool ChildProcess::readUntilEnd(std::optional<TimePoint> deadline, const OutputSink& sink) {
+  char space[bufferSize];  // not from the heap, which would give and take its pages at every run
+  const std::span<char> buffer(space);
   while (true) {
     const Ready ready = waitForNews(deadline);
     // The end is looked at first: somebody whom the tool left behind may fill the pipe for ever.
     if (ready.tool) {
-      readAvailable(sink);
+      readAvailable(buffer, sink);
       return true;
     }
-    if (ready.pipes[0]) readPiece(OutputStream::output, bufferSize, sink);
-    if (ready.pipes[1]) readPiece(OutputStream::error, bufferSize, sink);
+    if (ready.pipes[0]) readPiece(OutputStream::output, buffer, sink);
+    if (ready.pipes[1]) readPiece(OutputStream::error, buffer, sink);
     if (deadline && Clock::now() >= *deadline) return false;
   }
 }
@@ -151,25 +152,26 @@ ChildProcess::Ready ChildProcess::waitForNews(std::optional<TimePoint> deadline)
   return ready;
 }
 
-void ChildProcess::readAvailable(const OutputSink& sink) {
+void ChildProcess::readAvailable(std::span<char> buffer, const OutputSink& sink) {
   for (const OutputStream stream : {OutputStream::output, OutputStream::error}) {
     int available = 0;
     const int pipe = pipes_[static_cast<std::size_t>(stream)].get();
     if (pipe < 0 || ::ioctl(pipe, FIONREAD, &available) != 0) continue;
     auto left = static_cast<std::size_t>(std::max(available, 0));
     while (left > 0) {
-      const std::size_t count = readPiece(stream, std::min(left, bufferSize), sink);
+      const std::size_t count =
+          readPiece(stream, buffer.first(std::min(left, buffer.size())), sink);
       if (count == 0) break;
       left -= count;
     }
   }
 }
 
-std::size_t ChildProcess::readPiece(OutputStream stream, std::size_t limit,
+std::size_t ChildProcess::readPiece(OutputStream stream, std::span<char> buffer,
                                     const OutputSink& sink) {
   const auto index = static_cast<std::size_t>(stream);
   FileDescriptor& pipe = pipes_[index];
-  const ssize_t count = ::read(pipe.get(), buffer_.get(), limit);
+  const ssize_t count = ::read(pipe.get(), buffer.data(), buffer.size());
   if (count <= 0) {
     const bool laterPerhaps = count < 0 && (errno == EINTR || errno == EAGAIN);
     if (!laterPerhaps) pipe.reset();
@@ -180,13 +182,12 @@ std::size_t ChildProcess::readPiece(OutputStream stream, std::size_t limit,
   if (size == bufferSize && !std::exchange(widened_[index], true)) {
     ::fcntl(pipe.get(), F_SETPIPE_SZ, widePipe);
   }
-  sink(stream, std::string_view(buffer_.get(), size));
+  sink(stream, std::string_view(buffer.data(), size));
   return size;
 }
 
 void ChildProcess::closePipes() {
   for (FileDescriptor& pipe : pipes_) pipe.reset();
-  buffer_.reset();
 }
 
 void ChildProcess::terminate() const {

@@ -3,16 +3,18 @@
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <sys/types.h>
 #include <system_error>
 #include <variant>
+#include <vector>
 
 #include "core/async/main_thread.h"
+#include "core/process/environment.h"
 #include "core/process/file_descriptor.h"
-#include "core/process/spawn.h"
 
 namespace tarnwick {
 
@@ -30,9 +32,11 @@ using OutputSink = std::function<void(OutputStream stream, std::string_view byte
 /// The destructor closes the pipes and waits for nothing: a tool that still runs goes on.
 class ChildProcess {
  public:
-  /// Starts the tool, or gives the reason why it could not be started.
-  [[nodiscard]] static std::variant<ChildProcess, std::error_code> start(const ToolCommand& command,
-                                                                         OutputPipes pipes);
+  /// Starts the tool at the full path `exe` in exactly this environment, or gives the reason why it
+  /// could not be started.
+  [[nodiscard]] static std::variant<ChildProcess, std::error_code> start(
+      const std::string& exe, const std::vector<std::string>& args, const Environment& environment,
+      OutputPipes pipes);
 
   ChildProcess(ChildProcess&& other) noexcept;
   ChildProcess& operator=(ChildProcess&& other) noexcept;
@@ -61,15 +65,14 @@ class ChildProcess {
 
   struct Ready;
   [[nodiscard]] Ready waitForNews(std::optional<TimePoint> deadline) const;
-  void readAvailable(const OutputSink& sink);
-  /// Gives the number of bytes read, 0 when there are none now or will be none.
-  std::size_t readPiece(OutputStream stream, std::size_t limit, const OutputSink& sink);
+  void readAvailable(std::span<char> buffer, const OutputSink& sink);
+  /// Gives the number of bytes read into `buffer`, 0 when there are none now or will be none.
+  std::size_t readPiece(OutputStream stream, std::span<char> buffer, const OutputSink& sink);
 
   pid_t pid_;             ///< -1 once reaped
   FileDescriptor pidfd_;  ///< none on a system that gives none; then the pid is asked
   std::array<FileDescriptor, 2> pipes_;
   std::array<bool, 2> widened_{};
-  std::unique_ptr<char[]> buffer_;
 };
 
 }  // namespace tarnwick

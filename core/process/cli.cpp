@@ -5,6 +5,7 @@
 #include <mutex>
 
 #include "core/process/child_process.h"
+#include "core/process/output_buffer.h"
 #include "core/text/utf8.h"
 
 namespace tarnwick {
@@ -30,14 +31,13 @@ class CLI::Runner {
   CommandResult run(const std::string& exe, const std::vector<std::string>& args, double timeout,
                     const Environment& env) {
     reapGivenUp();
-    auto started =
-        ChildProcess::start(ToolCommand{exe, args, tools_.environment(env)}, OutputPipes::separate);
+    auto started = ChildProcess::start(exe, args, tools_.environment(env), OutputPipes::separate);
     if (const auto* reason = std::get_if<std::error_code>(&started)) {
       return CommandResult(-1, {}, reason->message(), false);
     }
     auto& child = std::get<ChildProcess>(started);
 
-    std::array<std::string, 2> texts;
+    std::array<OutputBuffer, 2> texts;
     const OutputSink collect = [&texts](OutputStream stream, std::string_view bytes) {
       texts[static_cast<std::size_t>(stream)].append(bytes);
     };
@@ -48,8 +48,8 @@ class CLI::Runner {
     }
     const std::optional<std::int32_t> status = child.reap();
     if (!status) giveUp(std::move(child));
-    return CommandResult(status.value_or(-1), decodeUtf8(std::move(texts[0])),
-                         decodeUtf8(std::move(texts[1])), timedOut);
+    return CommandResult(status.value_or(-1), decodeUtf8(texts[0].take()),
+                         decodeUtf8(texts[1].take()), timedOut);
   }
 
  private:

@@ -1,6 +1,8 @@
 #include "core/process/line_splitter.h"
 
 #include <array>
+#include <cstdint>
+#include <cstring>
 
 #include "core/text/utf8.h"
 
@@ -18,6 +20,22 @@ constexpr auto suspicious = [] {
   table[0xE2] = true;
   return table;
 }();
+
+/// Index of the first suspicious byte at or after `at`, or the size of `text`.
+std::size_t findSuspicious(std::string_view text, std::size_t at) {
+  // Eight bytes at a time as long as none is below 0x0E or above 0x7F.
+  constexpr std::uint64_t ones = 0x0101010101010101U;
+  for (; at + 8 <= text.size(); at += 8) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data() + at, 8);
+    if ((((word - ones * 0x0E) | word) & (ones * 0x80)) == 0) continue;
+    for (std::size_t i = at; i < at + 8; ++i) {
+      if (suspicious[static_cast<unsigned char>(text[i])]) return i;
+    }
+  }
+  while (at < text.size() && !suspicious[static_cast<unsigned char>(text[at])]) ++at;
+  return at;
+}
 
 /// Length of the line end at the start of well-formed `text`, or 0.
 std::size_t lineEndLength(std::string_view text) {
@@ -42,12 +60,7 @@ void LineSplitter::feed(std::string_view chunk, const LineCallback& emit) {
 
 void LineSplitter::split(std::string_view text, const LineCallback& emit) {
   std::size_t begin = 0;
-  std::size_t at = 0;
-  while (at < text.size()) {
-    if (!suspicious[static_cast<unsigned char>(text[at])]) {
-      ++at;
-      continue;
-    }
+  for (std::size_t at = findSuspicious(text, 0); at < text.size(); at = findSuspicious(text, at)) {
     const std::size_t length = lineEndLength(text.substr(at));
     if (length == 0) {
       ++at;

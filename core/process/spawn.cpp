@@ -64,22 +64,41 @@ bool holdsNul(const std::string& text) {
   return text.find('\0') != std::string::npos;
 }
 
+/// The texts that posix_spawn is to be given; they stay where they are. It does not write to them.
+class TextList {
+ public:
+  void add(const char* text) { pointers_.push_back(const_cast<char*>(text)); }
+  void reserve(std::size_t count) { pointers_.reserve(count + 1); }
+  [[nodiscard]] char* const* terminated() {
+    pointers_.push_back(nullptr);
+    return pointers_.data();
+  }
+
+ private:
+  std::vector<char*> pointers_;
+};
+
+/// The environment as one block of texts "NAME=value", each ended by a zero byte.
+std::string blockOf(const Environment& environment) {
+  std::size_t size = 0;
+  for (const auto& [name, value] : environment) size += name.size() + value.size() + 2;
+  std::string block;
+  block.reserve(size);
+  for (const auto& [name, value] : environment) {
+    block.append(name).append(1, '=').append(value).append(1, '\0');
+  }
+  return block;
+}
+
 /// A text that would reach the tool cut short must not reach it at all.
-bool canBePassed(const ToolCommand& command) {
+bool canBePassed(const std::string& exe, const std::vector<std::string>& args,
+                 const Environment& environment) {
   const auto variableCanBePassed = [](const auto& variable) {
     return !holdsNul(variable.first) && !holdsNul(variable.second) && !variable.first.empty() &&
            variable.first.find('=') == std::string::npos;
   };
-  return !holdsNul(command.exe) && std::ranges::none_of(command.args, holdsNul) &&
-         std::ranges::all_of(command.environment, variableCanBePassed);
-}
-
-std::vector<char*> nullTerminated(std::vector<std::string>& texts) {
-  std::vector<char*> pointers;
-  pointers.reserve(texts.size() + 1);
-  for (std::string& text : texts) pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
+  return !holdsNul(exe) && std::ranges::none_of(args, holdsNul) &&
+         std::ranges::all_of(environment, variableCanBePassed);
 }
 
 int spawnOnce(const std::string& exe, const FileActions& actions, char* const* argv,
@@ -90,18 +109,24 @@ int spawnOnce(const std::string& exe, const FileActions& actions, char* const* a
 
 }  // namespace
 
-pid_t spawnTool(const ToolCommand& command, int output, int error, std::error_code& reason) {
-  int failure = canBePassed(command) ? 0 : EINVAL;
+pid_t spawnTool(const std::string& exe, const std::vector<std::string>& args,
+                const Environment& environment, int output, int error, std::error_code& reason) {
+  int failure = canBePassed(exe, args, environment) ? 0 : EINVAL;
   const FileActions actions(output, error);
   if (failure == 0) failure = actions.error();
 
-  std::vector<std::string> arguments{command.exe};
-  arguments.insert(arguments.end(), command.args.begin(), command.args.end());
-  std::vector<std::string> variables;
-  variables.reserve(command.environment.size());
-  for (const auto& [name, value] : command.environment) variables.push_back(name + "=" + value);
-  const auto argv = nullTerminated(arguments);
-  const auto envp = nullTerminated(variables);
+  TextList argv;
+  argv.reserve(args.size() + 1);
+  argv.add(exe.c_str());
+  for (const std::string& text : args) argv.add(text.c_str());
+  TextList envp;
+  envp.reserve(environment.size());
+  const std::string block = blockOf(environment);
+  for (std::size_t at = 0; at < block.size(); at = block.find('\0', at) + 1) {
+    envp.add(block.c_str() + at);
+  }
+  char* const* const arguments = argv.terminated();
+  char* const* const variables = envp.terminated();
 
   // Another thread's child may hold a freshly written file open for a moment, between fork and
   // exec.
@@ -110,7 +135,7 @@ pid_t spawnTool(const ToolCommand& command, int output, int error, std::error_co
   pid_t pid = -1;
   for (int i = 0; failure == 0 && i < tries; ++i) {
     if (i > 0) std::this_thread::sleep_for(pause);
-    const int result = spawnOnce(command.exe, actions, argv.data(), envp.data(), pid);
+    const int result = spawnOnce(exe, actions, arguments, variables, pid);
     if (result == 0) return pid;
     if (result != ETXTBSY || i + 1 == tries) failure = result;
   }

@@ -74,7 +74,7 @@ std::int32_t ToolStream::runBlocking(Control& control, const Tools& tools, const
                                      const LineCallback& onLine) {
   const Environment environment = tools.environment(env);
   if (control.isCancelled()) return cancelledBeforeStart;
-  auto started = ChildProcess::start(ToolCommand{exe, args, environment}, OutputPipes::merged);
+  auto started = ChildProcess::start(exe, args, environment, OutputPipes::merged);
   if (const auto* reason = std::get_if<std::error_code>(&started)) {
     onLine(decodeUtf8("Could not start " + exe + ": " + reason->message()));
     return couldNotStart;

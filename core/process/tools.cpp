@@ -89,7 +89,7 @@ std::optional<std::string> Tools::find(const std::string& name) const {
 Environment Tools::environment(const Environment& extra) const {
   Environment result = config_.inherited;
   result.insert_or_assign("PATH", searchPath_);
-  result.insert_or_assign("HOMEBREW_NO_ENV_HINTS", "1");
+  result.insert_or_assign("HOMEBREW_NO_ENV_HINTS", std::string("1"));
   for (const auto& [name, value] : dockerOverride()) result.insert_or_assign(name, value);
   for (const auto& [name, value] : extra) result.insert_or_assign(name, value);
   return result;

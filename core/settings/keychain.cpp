@@ -3,8 +3,9 @@
 #include <deque>
 #include <functional>
 #include <mutex>
-#include <utf8proc.h>
 #include <utility>
+
+#include "core/text/utf8.h"
 
 namespace tarnwick {
 
@@ -12,25 +13,11 @@ namespace {
 
 constexpr const char* serviceName = "Tarnwick";
 
-bool isUtf8(const std::string& bytes) {
-  const auto* next = reinterpret_cast<const utf8proc_uint8_t*>(bytes.data());
-  auto left = static_cast<utf8proc_ssize_t>(bytes.size());
-  while (left > 0) {
-    utf8proc_int32_t character = 0;
-    const utf8proc_ssize_t length = utf8proc_iterate(next, left, &character);
-    if (length < 0) return false;
-    next += length;
-    left -= length;
-  }
-  return true;
-}
-
 SecretAnswer findText(SecretService& service, const SecretKey& key) {
   SecretAnswer answer = service.find(key);
-  if (answer.status == SecretStatus::found && !isUtf8(answer.bytes)) {
-    return SecretAnswer(SecretStatus::missing);
-  }
-  return answer;
+  if (answer.status != SecretStatus::found) return answer;
+  const bool isText = wellFormedUtf8Prefix(answer.bytes) == answer.bytes.size();
+  return isText ? answer : SecretAnswer(SecretStatus::missing);
 }
 
 }  // namespace

@@ -1,0 +1,104 @@
+#include "ui/settings_window/password_section.h"
+
+#include <QEvent>
+
+#include "ui/settings_window/flow_layout.h"
+
+namespace tarnwick {
+namespace {
+
+QFont passwordFont() {
+  QFont font = fontFor(FontRole::mono);
+  const QFont body = fontFor(FontRole::body);
+  if (body.pointSizeF() > 0) {
+    font.setPointSizeF(body.pointSizeF());
+  } else {
+    font.setPixelSize(body.pixelSize());
+  }
+  return font;
+}
+
+}  // namespace
+
+PasswordLabel::PasswordLabel(QWidget* parent) : QLabel(parent) {
+  setTextFormat(Qt::PlainText);
+  setFont(passwordFont());
+  hidePassword();
+}
+
+void PasswordLabel::showPassword(const QString& password) {
+  setText(password);
+  setAccessibleName(QStringLiteral("Password: %1").arg(password));
+}
+
+void PasswordLabel::hidePassword() {
+  setText(QString(10, QChar(0x2022)));
+  setAccessibleName(QStringLiteral("Password, hidden"));
+}
+
+bool PasswordLabel::event(QEvent* event) {
+  const bool handled = QLabel::event(event);
+  if (changesTheme(*event) && font() != passwordFont()) setFont(passwordFont());
+  return handled;
+}
+
+PasswordSection::PasswordSection(SettingsStore& settings, SecretClipboard clipboard)
+    : SettingsSection(QStringLiteral("Password")),
+      settings_(settings),
+      clipboard_(clipboard),
+      require_(new QCheckBox(QStringLiteral("Require a password"))) {
+  rows().addWidget(require_);
+  row_ = makePasswordRow();
+  rows().addWidget(row_);
+  caption_ = addCaption(QStringLiteral(
+      "Stored in your Keychain. The app signs in for you; you only need it for a browser."));
+  sessionOnly_ = addCaption(
+      QStringLiteral("At present the keychain does not answer or is locked: this password is kept "
+                     "only until Tarnwick quits."));
+  sessionOnly_->setColorRole(ColorRole::orange);
+  connect(require_, &QCheckBox::clicked, this,
+          [this](bool on) { settings_.setRequirePassword(on); });
+}
+
+QWidget* PasswordSection::makePasswordRow() {
+  auto* row = new QWidget;
+  auto* items = new FlowLayout;
+  row->setLayout(items);
+  password_ = new PasswordLabel;
+  show_ = new QPushButton;
+  copy_ = new QPushButton(QStringLiteral("Copy"));
+  copy_->setAccessibleDescription(QStringLiteral("Copies the password for a minute"));
+  auto* renew = new QPushButton(QStringLiteral("New password"));
+  items->addWidget(new QLabel(QStringLiteral("User: linux")));
+  items->addWidget(password_);
+  items->addStretch();
+  items->addWidget(show_);
+  items->addWidget(copy_);
+  items->addWidget(renew);
+  connect(show_, &QPushButton::clicked, this, [this] {
+    showPassword_ = !showPassword_;
+    render();
+  });
+  connect(copy_, &QPushButton::clicked, this,
+          [this] { clipboard_.copy(QString::fromStdString(settings_.password.get())); });
+  connect(renew, &QPushButton::clicked, this, [this] { settings_.regeneratePassword(); });
+  return row;
+}
+
+void PasswordSection::render() {
+  const bool required = settings_.requirePassword();
+  require_->setChecked(required);
+  row_->setVisible(required);
+  caption_->setVisible(required);
+  sessionOnly_->setVisible(required &&
+                           settings_.passwordStorage.get() == PasswordStorage::sessionOnly);
+  if (showPassword_) {
+    password_->showPassword(QString::fromStdString(settings_.password.get()));
+  } else {
+    password_->hidePassword();
+  }
+  show_->setText(showPassword_ ? QStringLiteral("Hide") : QStringLiteral("Show"));
+  copy_->setEnabled(!settings_.password.get().empty());
+}
+
+}  // namespace tarnwick

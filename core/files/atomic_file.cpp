@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace tarnwick {
@@ -74,7 +75,8 @@ std::string followLinks(const std::string& path) {
     const ssize_t length = ::readlink(current.c_str(), buffer.data(), buffer.size());
     if (length < 0) return current;
     std::string target(buffer.data(), static_cast<std::size_t>(length));
-    current = target.starts_with('/') ? target : folderOf(current) + "/" + target;
+    if (!target.starts_with('/')) target.insert(0, folderOf(current) + "/");
+    current = std::move(target);
   }
   return path;
 }

@@ -5,6 +5,10 @@
 namespace tarnwick {
 
 Windows::~Windows() {
+  closeAll();
+}
+
+void Windows::closeAll() {
   for (auto& [id, entry] : entries_) delete entry.window.data();
 }
 

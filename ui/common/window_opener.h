@@ -35,6 +35,8 @@ class Windows final : public WindowOpener {
   /// start afresh each time sets Qt::WA_DeleteOnClose.
   void add(const std::string& id, std::function<QWidget*()> make);
   void openWindow(const std::string& id) override;
+  /// Deletes all windows.
+  void closeAll();
 
   /// The window when it exists, shown or not.
   [[nodiscard]] QWidget* find(const std::string& id) const;

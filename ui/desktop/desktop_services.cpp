@@ -2,11 +2,19 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
-#include <memory>
 #include <utility>
 
 namespace tarnwick {
+namespace {
+
+int ask(QDialog& dialog) {
+  dialog.setWindowModality(Qt::WindowModal);
+  return dialog.exec();
+}
+
+}  // namespace
 
 DesktopServices::DesktopServices(SettingsStore& settings, Workspace& workspace,
                                  QString storageFolder, QString cacheFolder)
@@ -29,7 +37,7 @@ void DesktopServices::openUrl(const QUrl& url) {
 }
 
 std::optional<QString> DesktopServices::askSavePath(QWidget* parent, const QString& suggestedName) {
-  // On the heap, guarded: closing the window may delete the parent with the dialog meanwhile.
+  // On the heap, guarded: the view may be deleted meanwhile, and its dialogs with it.
   const QPointer<QFileDialog> panel = new QFileDialog(parent);
   panel->setAcceptMode(QFileDialog::AcceptSave);
   panel->selectFile(suggestedName);
@@ -75,25 +83,6 @@ std::optional<int> DesktopServices::showMessage(QWidget* parent, const QString& 
   const auto index = added.indexOf(box->clickedButton());
   delete box;
   return index < 0 ? std::nullopt : std::optional(static_cast<int>(index));
-}
-
-void DesktopServices::cancelDialogs() {
-  const auto open = dialogs_;
-  for (const auto& dialog : open) {
-    if (dialog) dialog->reject();
-  }
-}
-
-int DesktopServices::ask(QDialog& dialog) {
-  dialog.setWindowModality(Qt::WindowModal);
-  const QPointer<QDialog> guarded = &dialog;
-  dialogs_.append(guarded);
-  ++waiting_;
-  const int result = dialog.exec();
-  --waiting_;
-  dialogs_.removeAll(guarded);
-  dialogs_.removeAll(QPointer<QDialog>());
-  return result;
 }
 
 }  // namespace tarnwick

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <QPointer>
-
 #include "core/controller/workspace.h"
 #include "core/settings/settings_store.h"
 #include "ui/web/web_desktop_view.h"
-
-class QDialog;
 
 namespace tarnwick {
 
@@ -29,20 +25,11 @@ class DesktopServices final : public WebDesktopServices {
   QString storageFolder() override { return storageFolder_; }
   QString cacheFolder() override { return cacheFolder_; }
 
-  /// A page waits for the answer of a dialog: its view must not be deleted yet.
-  [[nodiscard]] bool pageWaits() const { return waiting_ > 0; }
-  /// Closes the dialogs as if the user had.
-  void cancelDialogs();
-
  private:
-  int ask(QDialog& dialog);
-
   SettingsStore& settings_;
   Workspace& workspace_;
   QString storageFolder_;
   QString cacheFolder_;
-  int waiting_ = 0;
-  QList<QPointer<QDialog>> dialogs_;
 };
 
 }  // namespace tarnwick

@@ -1,7 +1,6 @@
 #include "ui/main_window/main_window.h"
 
 #include <QMenuBar>
-#include <QTimer>
 #include <utility>
 
 namespace tarnwick {
@@ -13,7 +12,7 @@ constexpr QSize minimumContent(760, 540);
 }  // namespace
 
 MainWindow::MainWindow(DesktopController& controller, WindowOpener& windows,
-                       DesktopServices& services, WebModuleSource webModule)
+                       WebDesktopServices& services, WebModuleSource webModule)
     : controller_(controller),
       windows_(windows),
       services_(services),
@@ -64,16 +63,7 @@ void MainWindow::leaveDesktop() {
   content_->setCurrentWidget(home_);
   content_->removeWidget(screen);
   home_->focusMainButton();
-  services_.cancelDialogs();
-  deleteWhenFree(screen);
-}
-
-void MainWindow::deleteWhenFree(DesktopScreen* screen) {
-  // A page that waits for a dialog's answer is on the call stack below us: let it return first.
-  QTimer::singleShot(0, screen, [this, screen] {
-    if (services_.pageWaits()) return deleteWhenFree(screen);
-    screen->deleteLater();
-  });
+  screen->deleteLater();
 }
 
 }  // namespace tarnwick

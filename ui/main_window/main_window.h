@@ -9,7 +9,6 @@
 #include "ui/common/render_scheduler.h"
 #include "ui/common/window_opener.h"
 #include "ui/desktop/desktop_screen.h"
-#include "ui/desktop/desktop_services.h"
 #include "ui/home/home_screen.h"
 #include "ui/main_window/announcements.h"
 #include "ui/main_window/main_menu.h"
@@ -20,7 +19,7 @@ namespace tarnwick {
 /// Closing it hides it; the application goes on.
 class MainWindow final : public QMainWindow {
  public:
-  MainWindow(DesktopController& controller, WindowOpener& windows, DesktopServices& services,
+  MainWindow(DesktopController& controller, WindowOpener& windows, WebDesktopServices& services,
              WebModuleSource webModule);
   ~MainWindow() override;
 
@@ -31,11 +30,10 @@ class MainWindow final : public QMainWindow {
   void render();
   void enterDesktop();
   void leaveDesktop();
-  void deleteWhenFree(DesktopScreen* screen);
 
   DesktopController& controller_;
   WindowOpener& windows_;
-  DesktopServices& services_;
+  WebDesktopServices& services_;
   WebModuleSource webModule_;
   QStackedWidget* content_;
   HomeScreen* home_;

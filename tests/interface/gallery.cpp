@@ -1,0 +1,164 @@
+#include <QApplication>
+#include <QDir>
+#include <QMenuBar>
+#include <QStyleFactory>
+#include <cstdio>
+
+#include "tests/interface/interface_fixture.h"
+#include "ui/common/buttons.h"
+#include "ui/main_window/main_window.h"
+
+// Draws the main window in its states into the folder named by the first argument, without a
+// display. The environment variable QT_SCALE_FACTOR works as in the application; `dark` and
+// `largefont` as further arguments choose the theme.
+
+namespace tarnwick {
+namespace {
+
+QPalette darkPalette() {
+  QPalette palette;
+  const QColor window(0x2b, 0x2b, 0x2e);
+  const QColor text(0xf2, 0xf2, 0xf2);
+  palette.setColor(QPalette::Window, window);
+  palette.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x20));
+  palette.setColor(QPalette::AlternateBase, window);
+  palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3e));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(role, text);
+    palette.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x84));
+  }
+  palette.setColor(QPalette::Highlight, QColor(0x2a, 0x82, 0xda));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  return palette;
+}
+
+class Gallery {
+ public:
+  Gallery(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
+    QDir().mkpath(folder_);
+  }
+
+  using Arrange = std::function<void(InterfaceWorld&)>;
+
+  void draw(const QString& name, QSize size, const Arrange& arrange,
+            const std::function<void(MainWindow&)>& afterwards = {}) {
+    InterfaceWorld world;
+    RecordingWebServices services;
+    FakeWebModule module;
+    arrange(world);
+    MainWindow window(world.controller, world.windows, services, [&] {
+      return WebModule{&module, {}};
+    });
+    window.resize(size);
+    window.show();
+    world.settle();
+    if (afterwards) afterwards(window);
+    world.settle();
+    const QString path = folder_ + "/" + name + suffix_ + ".png";
+    if (!window.grab().save(path)) std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
+    std::printf("%s\n", qPrintable(path));
+  }
+
+ private:
+  QString folder_;
+  QString suffix_;
+};
+
+void makeBusy(InterfaceWorld& world) {
+  DesktopController& c = world.controller;
+  auto stages = initialStages();
+  stages[0].state = StageState::done;
+  stages[1].state = StageState::active;
+  c.stages = stages;
+  c.phase = Phase::busy;
+  c.progress = 0.42;
+  c.progressText = "Downloading the image: 5 of 12 layers done…";
+  c.log.mutate([](LogText& log) {
+    for (const char* id : {"9b3977197b4f", "4f4fb700ef54", "a1c2e51b03d8", "77dd8bba4b21"}) {
+      log.appendLine(std::string(id) + ": Pulling fs layer");
+      log.appendLine(std::string(id) + ": Download complete");
+    }
+    log.appendLine(std::string("a line that is much too long for the card: ") +
+                   std::string(160, '-') + " and its end");
+  });
+}
+
+void makeFailed(InterfaceWorld& world) {
+  makeBusy(world);
+  DesktopController& c = world.controller;
+  auto stages = c.stages.get();
+  stages[1].state = StageState::failed;
+  c.stages = stages;
+  c.phase = Phase::idle;
+  c.errorSummary =
+      "The disk is full. Free some space, or remove a flavor that you no longer use in Settings, "
+      "and try again.";
+  c.notice = "Cancelled.";
+}
+
+void makeRunning(InterfaceWorld& world) {
+  DesktopController& c = world.controller;
+  auto stages = initialStages();
+  for (Stage& stage : stages) stage.state = StageState::done;
+  c.stages = stages;
+  c.phase = Phase::running;
+  c.settings.markLaunched("alpine-xfce");
+}
+
+void drawAll(Gallery& gallery) {
+  const QSize usual(1000, 700);
+  const QSize small(760, 560);
+  gallery.draw("home-idle", usual, [](InterfaceWorld&) {});
+  gallery.draw("home-missing-tools", small,
+               [](InterfaceWorld& world) { world.tools.installed = {"brew"}; });
+  gallery.draw("home-busy", QSize(1000, 900), makeBusy);
+  gallery.draw("home-busy-small", small, makeBusy);
+  gallery.draw("home-installing", usual, [](InterfaceWorld& world) {
+    makeBusy(world);
+    world.controller.installing = true;
+    world.controller.progress = std::nullopt;
+    world.controller.progressText = "Installing Colima and Docker…";
+  });
+  gallery.draw("home-failed", QSize(1000, 1000), makeFailed,
+               [](MainWindow& window) { findButton(window, "Show details")->click(); });
+  gallery.draw("home-running", QSize(1600, 1000), makeRunning);
+  gallery.draw("desktop", usual, [](InterfaceWorld& world) {
+    makeRunning(world);
+    world.controller.showDesktop = true;
+  });
+  gallery.draw("desktop-bad-address", small, [](InterfaceWorld& world) {
+    makeRunning(world);
+    world.controller.settings.httpsPort = 70000;
+    world.controller.showDesktop = true;
+  });
+}
+
+}  // namespace
+}  // namespace tarnwick
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_STYLE_OVERRIDE", "fusion");
+  const QApplication application(argc, argv);
+  const QStringList arguments = QCoreApplication::arguments().mid(1);
+  if (arguments.isEmpty()) {
+    std::fputs("usage: tarnwick_gallery FOLDER [dark] [largefont]\n", stderr);
+    return 2;
+  }
+  QString suffix;
+  if (arguments.contains("dark")) {
+    QApplication::setPalette(tarnwick::darkPalette());
+    suffix += "-dark";
+  }
+  if (arguments.contains("largefont")) {
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * 1.5);
+    QApplication::setFont(font);
+    suffix += "-largefont";
+  }
+  const QByteArray scale = qgetenv("QT_SCALE_FACTOR");
+  if (!scale.isEmpty()) suffix += "-scale" + QString::fromLatin1(scale);
+  tarnwick::Gallery gallery(arguments.first(), suffix);
+  tarnwick::drawAll(gallery);
+  return 0;
+}

@@ -1,21 +1,15 @@
 // The runners against the least that starting a child and reading its output can cost.
 
 #include <benchmark/benchmark.h>
-#include <condition_variable>
-#include <deque>
-#include <fcntl.h>
 #include <filesystem>
-#include <mutex>
-#include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include "bench/bare_spawn.h"
 #include "bench/comparison.h"
 #include "core/async/task_scope.h"
 #include "core/async/worker_queue.h"
 #include "core/process/cli.h"
 #include "core/process/tool_stream.h"
+#include "tests/support/loop_main_thread.h"
 
 namespace tarnwick {
 namespace {
@@ -25,37 +19,10 @@ constexpr const char* nothing = "/bin/true";
 constexpr std::size_t floodBytes = 160'000'000;
 const std::string floodSize = std::to_string(floodBytes);
 
-class LoopThread final : public MainThread {
- public:
-  void post(std::function<void()> work) override {
-    const std::lock_guard lock(mutex_);
-    posted_.push_back(std::move(work));
-    changed_.notify_one();
-  }
-  void postAfter(Duration, std::function<void()> work) override { post(std::move(work)); }
-  [[nodiscard]] TimePoint now() const override { return Clock::now(); }
-
-  void runUntil(const bool& done) {
-    while (!done) {
-      std::unique_lock lock(mutex_);
-      changed_.wait(lock, [this] { return !posted_.empty(); });
-      const auto work = std::move(posted_.front());
-      posted_.pop_front();
-      lock.unlock();
-      work();
-    }
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<std::function<void()>> posted_;
-};
-
 struct Program {
   Tools tools{Tools::Config::fromProcess(),
               AppPaths(std::filesystem::temp_directory_path() / "tarnwick-bench", "/nonexistent")};
-  LoopThread mainThread;
+  LoopMainThread mainThread;
   ThreadPool workers;
   CLI cli{tools, workers, mainThread};
 };
@@ -65,57 +32,12 @@ Program& program() {
   return instance;
 }
 
-enum class Collect { no, yes };
-
-/// posix_spawn, two pipes, poll, waitpid, and nothing else.
-std::size_t bareRun(const char* exe, const char* argument, Collect collect) {
-  int out[2];
-  int err[2];
-  if (::pipe2(out, O_CLOEXEC) != 0 || ::pipe2(err, O_CLOEXEC) != 0) std::abort();
-  posix_spawn_file_actions_t actions;
-  ::posix_spawn_file_actions_init(&actions);
-  ::posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-  ::posix_spawn_file_actions_adddup2(&actions, err[1], STDERR_FILENO);
-  std::string name(exe);
-  std::string text(argument);
-  char* argv[] = {name.data(), text.empty() ? nullptr : text.data(), nullptr};
-  pid_t pid = 0;
-  if (::posix_spawn(&pid, exe, &actions, nullptr, argv, environ) != 0) std::abort();
-  ::posix_spawn_file_actions_destroy(&actions);
-  ::close(out[1]);
-  ::close(err[1]);
-
-  std::string collected;
-  std::size_t total = 0;
-  static char buffer[64 * 1024];
-  pollfd files[2] = {{out[0], POLLIN, 0}, {err[0], POLLIN, 0}};
-  for (int open = 2; open > 0;) {
-    ::poll(files, 2, -1);
-    for (pollfd& file : files) {
-      if (file.revents == 0) continue;
-      const ssize_t count = ::read(file.fd, buffer, sizeof buffer);
-      if (count <= 0) {
-        ::close(file.fd);
-        file.fd = -1;
-        --open;
-        continue;
-      }
-      total += static_cast<std::size_t>(count);
-      if (collect == Collect::yes) collected.append(buffer, static_cast<std::size_t>(count));
-    }
-  }
-  int status = 0;
-  ::waitpid(pid, &status, 0);
-  benchmark::DoNotOptimize(collected.data());
-  return total;
-}
-
 void check(benchmark::State& state, bool held) {
   if (!held) state.SkipWithError("the tool did not do what was measured");
 }
 
 void spawn_bare(benchmark::State& state) {
-  for (auto _ : state) bareRun(nothing, "", Collect::no);
+  for (auto _ : state) bareRun({nothing}, Collect::no);
 }
 
 void spawn_runSync(benchmark::State& state) {
@@ -123,11 +45,11 @@ void spawn_runSync(benchmark::State& state) {
 }
 
 void output_bare_dropped(benchmark::State& state) {
-  for (auto _ : state) check(state, bareRun(tool, floodSize.c_str(), Collect::no) == floodBytes);
+  for (auto _ : state) check(state, bareRun({tool, floodSize}, Collect::no) == floodBytes);
 }
 
 void output_bare(benchmark::State& state) {
-  for (auto _ : state) check(state, bareRun(tool, floodSize.c_str(), Collect::yes) == floodBytes);
+  for (auto _ : state) check(state, bareRun({tool, floodSize}, Collect::yes) == floodBytes);
 }
 
 void output_runSync(benchmark::State& state) {
@@ -159,7 +81,7 @@ void streamLines(benchmark::State& state, std::vector<std::string> args) {
     TaskScope scope(all.mainThread);
     const auto stream = ToolStream::factory(all.tools, all.workers, all.mainThread)();
     scope.start(streamOnce(stream, args, count, done));
-    all.mainThread.runUntil(done);
+    all.mainThread.runUntil([&done] { return done; }, std::chrono::minutes(1));
     check(state, lines > 2'900'000 && bytes + lines >= floodBytes);
   }
 }

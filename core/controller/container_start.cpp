@@ -5,6 +5,7 @@
 #include "core/controller/friendly.h"
 #include "core/engine/compose_file.h"
 #include "core/files/atomic_file.h"
+#include "core/files/read_file.h"
 
 namespace tarnwick {
 namespace {
@@ -75,6 +76,8 @@ Task<std::optional<std::string>> ContainerStarter::plainRun(std::string docker, 
 Task<std::optional<std::string>> ContainerStarter::writeComposeFile(std::string path,
                                                                     LaunchConfig config) {
   std::function<std::optional<std::string>()> write = [path, text = ComposeFile::yaml(config)]() {
+    // Most starts find the file of the start before, and leave the disk in peace.
+    if (readFile(path, text.size()).bytes == text) return std::optional<std::string>();
     return writeFileAtomically(path, text, 0600);
   };
   co_return co_await onWorker<std::optional<std::string>>(workers_, mainThread_, std::move(write));

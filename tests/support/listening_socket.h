@@ -30,6 +30,10 @@ class ListeningSocket {
 
   [[nodiscard]] std::int64_t port() const { return port_; }
 
+  /// Waits for a caller and gives the connection, or -1 after shutDown(). Any thread.
+  [[nodiscard]] int accept() const { return ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC); }
+  void shutDown() const { ::shutdown(socket_, SHUT_RDWR); }
+
  private:
   int socket_;
   std::int64_t port_ = 0;

@@ -57,6 +57,7 @@ HttpsServer::HttpsServer(const Identity& identity, Handler handler, int port)
   // The engine opens connections that it does not use; the end of the server waits for these.
   server.set_keep_alive_timeout(1);
   server.set_read_timeout(1);
+  server.set_tcp_nodelay(true);
   server.Get(".*", [this, handler = std::move(handler)](const httplib::Request& request,
                                                         httplib::Response& response) {
     const Seen seen{request.target, request.get_header_value("Authorization")};

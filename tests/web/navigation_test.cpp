@@ -1,7 +1,8 @@
 #include "ui/web/engine/navigation.h"
 
+#include <QtCore/QEventLoop>
 #include <QtCore/QTemporaryDir>
-#include <QtTest/QTest>
+#include <QtCore/QTimer>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -43,6 +44,12 @@ class NavigationTest : public testing::Test {
     navigation_->load(url, std::chrono::seconds(1));
   }
 
+  static void pause(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+  }
+
   QTemporaryDir folder_;
   Identity identity_;
   ProfileKeeper keeper_;
@@ -58,9 +65,9 @@ TEST_F(NavigationTest, ALoadThatNothingComesOfFailsOnceAtTheLimit) {
     answer.pace = Pace::neverAnswers;
     return answer;
   });
-  QTest::qWait(600);
+  pause(600);
   EXPECT_EQ(host_.retries, 0);
-  QTest::qWait(1500);
+  pause(1500);
   EXPECT_EQ(host_.retries, 1);
 }
 
@@ -72,7 +79,7 @@ TEST_F(NavigationTest, TheEnginesOwnWaitEndsAtTheLimitToo) {
     if (seen.path == "/" && ++requests > 1) answer.pace = Pace::neverAnswers;
     return answer;
   });
-  QTest::qWait(2500);
+  pause(2500);
   EXPECT_EQ(requests, 2);
   EXPECT_EQ(host_.retries, 1);
 }
@@ -84,7 +91,7 @@ TEST_F(NavigationTest, APageThatHasComeIsNotCutOff) {
     if (seen.path == "/never") answer.pace = Pace::neverAnswers;
     return answer;
   });
-  QTest::qWait(2500);
+  pause(2500);
   EXPECT_TRUE(server_->saw("/never"));
   EXPECT_EQ(host_.retries, 0);
 }

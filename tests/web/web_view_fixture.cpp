@@ -1,6 +1,7 @@
 #include "tests/web/web_view_fixture.h"
 
-#include <QtTest/QTest>
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
 #include <QtWidgets/QLabel>
 #include <utility>
 
@@ -77,12 +78,23 @@ bool WebViewTest::isConnecting() const {
   return view_->findChild<QLabel*>()->isVisibleTo(view_);
 }
 
+// A real event loop: the engine's work is handed out by it in small pieces, and a loop that sleeps
+// between looks would slow it down tenfold.
 bool WebViewTest::eventually(const std::function<bool()>& condition, std::chrono::seconds limit) {
-  return QTest::qWaitFor(condition, static_cast<int>(std::chrono::milliseconds(limit).count()));
+  QEventLoop loop;
+  QTimer look;
+  QTimer::singleShot(limit, &loop, [&loop] { loop.exit(1); });
+  QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+    if (condition()) loop.exit(0);
+  });
+  look.start(std::chrono::milliseconds(5));
+  return condition() || loop.exec() == 0;
 }
 
 void WebViewTest::pause(std::chrono::milliseconds time) {
-  QTest::qWait(static_cast<int>(time.count()));
+  QEventLoop loop;
+  QTimer::singleShot(time, &loop, &QEventLoop::quit);
+  loop.exec();
 }
 
 }  // namespace tarnwick

@@ -6,7 +6,9 @@
 #include "app/quit_hook.h"
 #include "core/process/tool_stream.h"
 #include "platform/user_folders.h"
+#include "ui/logs_window/logs_window.h"
 #include "ui/main_window/main_window.h"
+#include "ui/settings_window/settings_window.h"
 
 namespace tarnwick {
 namespace {
@@ -32,6 +34,7 @@ Application::Application(const AppPaths& paths)
       controller_(ControllerServices{
           mainThread_, workers_, cli_, tools_, ToolStream::factory(tools_, workers_, mainThread_),
           store_, secrets_, loginItem_, random_, httpProbe_, workspace_, paths_, imageRegistry()}),
+      docker_(cli_, tools_),
       desktopServices_(controller_.settings, workspace_,
                        below(QString::fromStdString(paths_.supportDir()), "web"),
                        below(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation),
@@ -52,9 +55,21 @@ void Application::addWindows() {
       return web;
     });
   });
+  windows_.add(settingsWindowId, [this] {
+    return new SettingsWindow({controller_, mainThread_, dialogs_, workspace_, paths_});
+  });
+  windows_.add(logsWindowId, [this] {
+    return new LogsWindow({docker_, mainThread_, workers_, dialogs_});
+  });
+}
+
+void Application::showTrayItem() {
+  tray_.emplace(controller_, windows_);
+  tray_->show();
 }
 
 void Application::finish() {
+  tray_.reset();
   windows_.closeAll();
   stopColimaIfWanted(store_, tools_, cli_);
 }

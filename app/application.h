@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,11 @@
 #include "platform/qt/qt_workspace.h"
 #include "platform/system_random.h"
 #include "platform/xdg_login_item.h"
+#include "ui/common/dialog_service.h"
 #include "ui/common/render_scheduler.h"
 #include "ui/common/window_opener.h"
 #include "ui/desktop/desktop_services.h"
+#include "ui/tray/tray_item.h"
 #include "ui/web/web_module_loader.h"
 
 namespace tarnwick {
@@ -31,6 +34,8 @@ class Application {
   Application& operator=(const Application&) = delete;
 
   void showMainWindow() { windows_.openWindow(mainWindowId); }
+  /// Asks the desktop for a place in its tray, which takes some messages back and forth.
+  void showTrayItem();
 
   /// The last steps before the process ends: the windows go, and Colima stops if the user wants it.
   void finish();
@@ -54,9 +59,12 @@ class Application {
   CurlHttpProbe httpProbe_;
   QtWorkspace workspace_;
   DesktopController controller_;
+  Docker docker_;  ///< for the logs window
+  QtDialogService dialogs_;
   WebModuleLoader web_;
   DesktopServices desktopServices_;
   Windows windows_;
+  std::optional<TrayItem> tray_;
   bool wasBusy_ = false;
   RenderScheduler phaseWatch_;
 };

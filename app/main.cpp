@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QTimer>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -52,6 +53,8 @@ int run(QApplication& qt) {
   application = new Application(paths);
   const QuitSignals quitSignals([] { QApplication::quit(); });
   application->showMainWindow();
+  // After the first picture, which it would delay.
+  QTimer::singleShot(0, &qt, [application] { application->showTrayItem(); });
   const int status = QApplication::exec();
   application->finish();
   return status;

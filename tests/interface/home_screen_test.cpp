@@ -94,7 +94,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(Home, PickerListsTheCatalogAndStoresTheChoice) {
   show();
   ASSERT_EQ(picker().count(), 8);
-  EXPECT_EQ(picker().itemText(0), "Standard: XFCE on Alpine, about 1 GB");
+  EXPECT_EQ(picker().currentText(), "Standard: XFCE on Alpine, about 1 GB");
+  EXPECT_EQ(picker().itemData(7).toString().toStdString(), Flavor::all()[7].id);
   picker().setCurrentIndex(3);
   emit picker().activated(3);
   EXPECT_EQ(c.settings.flavorID.get(), Flavor::all()[3].id);

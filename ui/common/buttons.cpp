@@ -79,14 +79,32 @@ void ProminentButton::paintEvent(QPaintEvent*) {
   painter.drawText(body, Qt::AlignCenter | Qt::TextSingleLine, text());
 }
 
-LargeButton::LargeButton(const QString& title, QWidget* parent) : QPushButton(title, parent) {
+PlainButton::PlainButton(const QString& title, Size size, QWidget* parent)
+    : QPushButton(title, parent), size_(size) {
+  setAttribute(Qt::WA_Hover);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-QSize LargeButton::sizeHint() const {
-  const QSize plain = QPushButton::sizeHint();
-  return {std::max(plain.width(), fontMetrics().horizontalAdvance(text()) + 48),
-          std::max(plain.height(), fontMetrics().height() + 14)};
+QSize PlainButton::sizeHint() const {
+  const QSize title = fontMetrics().size(Qt::TextSingleLine, text());
+  const bool large = size_ == Size::large;
+  return {title.width() + (large ? 64 : 40), title.height() + (large ? 20 : 14)};
+}
+
+void PlainButton::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF body = QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5);
+  const double radius = size_ == Size::large ? 8 : 6;
+  const QPainterPath outline = continuousRectangle(body, radius);
+  QColor shade = colorFor(ColorRole::primary, palette());
+  shade.setAlphaF(!isEnabled() ? 0.02F : isDown() ? 0.16F : underMouse() ? 0.1F : 0.05F);
+  painter.setPen(QPen(colorFor(ColorRole::track, palette()), 1));
+  painter.setBrush(shade);
+  painter.drawPath(outline);
+  if (hasFocus()) drawFocusRing(painter, rect(), radius + 2, palette());
+  painter.setPen(titleColor(*this, ColorRole::primary));
+  painter.drawText(body, Qt::AlignCenter | Qt::TextSingleLine, text());
 }
 
 LinkButton::LinkButton(const QString& title, QWidget* parent) : QPushButton(title, parent) {

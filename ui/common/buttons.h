@@ -19,11 +19,19 @@ class ProminentButton final : public QPushButton {
   void paintEvent(QPaintEvent* event) override;
 };
 
-/// An ordinary button with a little more room around its title.
-class LargeButton final : public QPushButton {
+/// An ordinary button in the style of the cards, of the usual size or with more room around its
+/// title.
+class PlainButton final : public QPushButton {
  public:
-  explicit LargeButton(const QString& title, QWidget* parent = nullptr);
+  enum class Size { usual, large };
+  explicit PlainButton(const QString& title, Size size = Size::usual, QWidget* parent = nullptr);
   [[nodiscard]] QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  Size size_;
 };
 
 /// A button that looks like a link.

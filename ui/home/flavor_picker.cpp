@@ -1,6 +1,7 @@
 #include "ui/home/flavor_picker.h"
 
 #include <QWheelEvent>
+#include <algorithm>
 
 #include "core/settings/flavor.h"
 
@@ -10,10 +11,15 @@ FlavorPicker::FlavorPicker(QWidget* parent) : QComboBox(parent) {
   for (const Flavor& flavor : Flavor::all()) {
     addItem(QString::fromStdString(flavor.pickerText()), QString::fromStdString(flavor.id));
   }
-  setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  setMinimumContentsLength(16);
+  setSizeAdjustPolicy(QComboBox::AdjustToContents);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setAccessibleName(QStringLiteral("Flavor"));
+}
+
+QSize FlavorPicker::minimumSizeHint() const {
+  // Narrower than its longest entry rather than wider than the card.
+  const QSize hint = QComboBox::minimumSizeHint();
+  return {std::min(hint.width(), fontMetrics().averageCharWidth() * 20), hint.height()};
 }
 
 void FlavorPicker::showFlavor(const std::string& id) {

@@ -13,6 +13,7 @@ class FlavorPicker final : public QComboBox {
   /// Shows this flavor, or none for an unknown id.
   void showFlavor(const std::string& id);
   [[nodiscard]] std::string flavorAt(int index) const;
+  [[nodiscard]] QSize minimumSizeHint() const override;
 
  protected:
   void wheelEvent(QWheelEvent* event) override;

@@ -1,7 +1,6 @@
 #include "ui/home/progress_card.h"
 
-#include <QPushButton>
-
+#include "ui/common/buttons.h"
 #include "ui/common/card.h"
 
 namespace tarnwick {
@@ -45,7 +44,7 @@ ProgressCard::ProgressCard(DesktopController& controller, QWidget* parent)
     tail->addWidget(lines_.back());
   }
   run->addWidget(tail_);
-  auto* cancel = new QPushButton(QStringLiteral("Cancel"));
+  auto* cancel = new PlainButton(QStringLiteral("Cancel"));
   cancel->setAutoDefault(true);
   run->addWidget(cancel, 0, Qt::AlignLeft);
   QObject::connect(cancel, &QPushButton::clicked, this, [this] { controller_.cancel(); });

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/common/card.h"
 #include "ui/common/logo_view.h"
@@ -30,7 +31,7 @@ TopCard::TopCard(DesktopController& controller, QWidget* parent)
       controller_(controller),
       picker_(new FlavorPicker),
       main_(new ProminentButton(QString())),
-      stop_(new LargeButton(QStringLiteral("Stop"))),
+      stop_(new PlainButton(QStringLiteral("Stop"), PlainButton::Size::large)),
       firstRun_(centred(new TextLabel(FontRole::callout, ColorRole::secondary))),
       installHint_(centred(new TextLabel(FontRole::caption, ColorRole::secondary))) {
   build();
@@ -53,7 +54,9 @@ void TopCard::build() {
   column->addWidget(centred(new TextLabel(QStringLiteral("Tarnwick"), FontRole::largeTitle)));
   auto* pickerRow = new QHBoxLayout;
   pickerRow->addStretch(1);
-  pickerRow->addWidget(makePicker(), 1000);
+  pickerRow_ = makePicker();
+  fitPicker();
+  pickerRow->addWidget(pickerRow_, 1000);
   pickerRow->addStretch(1);
   column->addLayout(pickerRow);
   column->addWidget(centred(new TextLabel(
@@ -69,7 +72,6 @@ void TopCard::build() {
 
 QWidget* TopCard::makePicker() {
   auto* row = new QWidget;
-  row->setMaximumWidth(pickerWidth);
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(8);
@@ -79,6 +81,18 @@ QWidget* TopCard::makePicker() {
   layout->addWidget(label);
   layout->addWidget(picker_, 1);
   return row;
+}
+
+bool TopCard::event(QEvent* event) {
+  const bool handled = QWidget::event(event);
+  if (changesTheme(*event)) fitPicker();
+  return handled;
+}
+
+void TopCard::fitPicker() {
+  // Wider only where the user's font is so large that entries would be cut.
+  if (pickerRow_)
+    pickerRow_->setMaximumWidth(std::max(pickerWidth, pickerRow_->sizeHint().width()));
 }
 
 void TopCard::render() {

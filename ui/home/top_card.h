@@ -17,14 +17,19 @@ class TopCard final : public QWidget {
   /// Where the keyboard begins.
   void focusMainButton() { main_->setFocus(Qt::OtherFocusReason); }
 
+ protected:
+  bool event(QEvent* event) override;
+
  private:
   void build();
   QWidget* makePicker();
+  void fitPicker();
 
   DesktopController& controller_;
   FlavorPicker* picker_;
+  QWidget* pickerRow_ = nullptr;
   ProminentButton* main_;
-  LargeButton* stop_;
+  PlainButton* stop_;
   TextLabel* firstRun_;
   TextLabel* installHint_;
 };

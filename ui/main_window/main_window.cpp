@@ -9,6 +9,15 @@ namespace {
 constexpr QSize defaultSize(1000, 700);
 constexpr QSize minimumContent(760, 540);
 
+/// Has a smallest size, and a larger one where fonts are so large that the content needs it.
+class Content final : public QStackedWidget {
+ public:
+  using QStackedWidget::QStackedWidget;
+  [[nodiscard]] QSize minimumSizeHint() const override {
+    return QStackedWidget::minimumSizeHint().expandedTo(minimumContent);
+  }
+};
+
 }  // namespace
 
 MainWindow::MainWindow(DesktopController& controller, WindowOpener& windows,
@@ -17,14 +26,13 @@ MainWindow::MainWindow(DesktopController& controller, WindowOpener& windows,
       windows_(windows),
       services_(services),
       webModule_(std::move(webModule)),
-      content_(new QStackedWidget(this)),
+      content_(new Content(this)),
       home_(new HomeScreen(controller, windows)),
       menu_(new MainMenu(*this, controller, windows)),
       announcer_(new Announcer(this)),
       announcements_(controller, *announcer_),
       scheduler_([this] { render(); }) {
   setWindowTitle(QStringLiteral("Tarnwick"));
-  content_->setMinimumSize(minimumContent);
   content_->addWidget(home_);
   setCentralWidget(content_);
   resize(defaultSize);

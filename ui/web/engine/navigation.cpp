@@ -81,8 +81,7 @@ void Navigation::begin(How how, const QUrl& url) {
     proceed(how, url, {});
     return;
   }
-  preflight_ = std::make_unique<Preflight>(url, [this, how, url](const ServerFacts& learned) {
-    const ServerFacts facts = learned;
+  preflight_ = std::make_unique<Preflight>(url, [this, how, url](const ServerFacts& facts) {
     preflight_.release()->deleteLater();
     proceed(how, url, facts);
   });

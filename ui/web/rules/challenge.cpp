@@ -3,7 +3,7 @@
 namespace tarnwick {
 
 ChallengeAnswer answerChallenge(const Challenge& challenge, CredentialSource& source) {
-  const ChallengeAnswer defaultHandling;
+  ChallengeAnswer defaultHandling;
   if (challenge.host != desktopHost) return defaultHandling;
   if (challenge.method == AuthenticationMethod::serverTrust && challenge.hasServerTrust)
     return {Disposition::useCredential, TrustCredential{}};

@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QProgressBar>
 #include <QScrollArea>
 #include <gmock/gmock.h>
@@ -181,6 +182,24 @@ TEST_F(Home, ButtonsCallTheController) {
   ASSERT_TRUE(world.runToEnd());
   world.settle();
   EXPECT_THAT(shownTexts(screen), Contains("Cancelled."));
+}
+
+TEST_F(Home, KeyboardFocusMovesToTheButtonThatAnswersTheLast) {
+  show();
+  screen.activateWindow();
+  screen.focusMainButton();
+  ASSERT_TRUE(findButton(screen, "Launch Linux")->hasFocus());
+  c.phase = Phase::busy;
+  world.settle();
+  QAbstractButton* cancel = findButton(screen, "Cancel");
+  EXPECT_TRUE(cancel->hasFocus());
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+  QApplication::sendEvent(cancel, &held);
+  world.settle();
+  EXPECT_EQ(c.phase.get(), Phase::busy) << "the key that started is not meant to cancel";
+  c.phase = Phase::idle;
+  world.settle();
+  EXPECT_TRUE(findButton(screen, "Launch Linux")->hasFocus());
 }
 
 TEST_F(Home, InstallOfferIsShownOnceAndClosingItClearsTheQuestion) {

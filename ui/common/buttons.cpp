@@ -1,6 +1,7 @@
 #include "ui/common/buttons.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
@@ -89,6 +90,12 @@ QSize PlainButton::sizeHint() const {
   const QSize title = fontMetrics().size(Qt::TextSingleLine, text());
   const bool large = size_ == Size::large;
   return {title.width() + (large ? 64 : 40), title.height() + (large ? 20 : 14)};
+}
+
+void PlainButton::keyPressEvent(QKeyEvent* event) {
+  // A key that is held on the button before this one is not meant for this one.
+  if (event->isAutoRepeat()) return event->ignore();
+  QPushButton::keyPressEvent(event);
 }
 
 void PlainButton::paintEvent(QPaintEvent*) {

@@ -28,6 +28,7 @@ class PlainButton final : public QPushButton {
   [[nodiscard]] QSize sizeHint() const override;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

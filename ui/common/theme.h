@@ -34,6 +34,10 @@ enum class ColorRole {
 /// to cards and windows of that palette.
 [[nodiscard]] QColor colorFor(ColorRole role, const QPalette& palette);
 
+/// `palette` for fields and check boxes. Their style makes outlines from the window's colour, which
+/// in dark themes nobody sees; with this palette they stand out. The same palette for light themes.
+[[nodiscard]] QPalette controlPalette(const QPalette& palette);
+
 /// Windows of the palette are darker than their text.
 [[nodiscard]] bool isDark(const QPalette& palette);
 

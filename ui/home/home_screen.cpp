@@ -102,9 +102,15 @@ void HomeScreen::showEvent(QShowEvent* event) {
 }
 
 void HomeScreen::render() {
+  // A button that goes away hands the keyboard's focus to the one that answers it.
+  const bool starts = top_->mainButtonHasFocus();
+  const bool ends = progress_->cancelHasFocus();
   top_->render();
   progress_->setVisible(showsProgress(controller_));
   progress_->render();
+  const bool busy = controller_.phase.get() == Phase::busy;
+  if (starts && busy) progress_->focusCancel();
+  if (ends && !busy) top_->focusMainButton();
   error_->render();
   const auto& notice = controller_.notice.get();
   notice_->setText(notice ? QString::fromStdString(*notice) : QString());

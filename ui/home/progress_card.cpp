@@ -1,6 +1,5 @@
 #include "ui/home/progress_card.h"
 
-#include "ui/common/buttons.h"
 #include "ui/common/card.h"
 
 namespace tarnwick {
@@ -23,7 +22,8 @@ ProgressCard::ProgressCard(DesktopController& controller, QWidget* parent)
       run_(new QWidget),
       bar_(new ProgressBar),
       text_(new TextLabel(FontRole::callout, ColorRole::secondary)),
-      tail_(new QWidget) {
+      tail_(new QWidget),
+      cancel_(new PlainButton(QStringLiteral("Cancel"))) {
   auto* card = new Card(14, ColorRole::card);
   plainColumn(this, 0)->addWidget(card);
   auto* column = new QVBoxLayout(card);
@@ -44,10 +44,9 @@ ProgressCard::ProgressCard(DesktopController& controller, QWidget* parent)
     tail->addWidget(lines_.back());
   }
   run->addWidget(tail_);
-  auto* cancel = new PlainButton(QStringLiteral("Cancel"));
-  cancel->setAutoDefault(true);
-  run->addWidget(cancel, 0, Qt::AlignLeft);
-  QObject::connect(cancel, &QPushButton::clicked, this, [this] { controller_.cancel(); });
+  cancel_->setAutoDefault(true);
+  run->addWidget(cancel_, 0, Qt::AlignLeft);
+  QObject::connect(cancel_, &QPushButton::clicked, this, [this] { controller_.cancel(); });
 }
 
 void ProgressCard::render() {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/controller/desktop_controller.h"
+#include "ui/common/buttons.h"
 #include "ui/common/elided_label.h"
 #include "ui/common/progress_bar.h"
 #include "ui/common/text_label.h"
@@ -17,6 +18,8 @@ class ProgressCard final : public QWidget {
  public:
   explicit ProgressCard(DesktopController& controller, QWidget* parent = nullptr);
   void render();
+  [[nodiscard]] bool cancelHasFocus() const { return cancel_->hasFocus(); }
+  void focusCancel() { cancel_->setFocus(Qt::OtherFocusReason); }
 
  private:
   void renderChecklist();
@@ -30,6 +33,7 @@ class ProgressCard final : public QWidget {
   TextLabel* text_;
   QWidget* tail_;
   std::vector<ElidedLabel*> lines_;
+  PlainButton* cancel_;
 };
 
 }  // namespace tarnwick

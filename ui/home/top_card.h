@@ -15,6 +15,7 @@ class TopCard final : public QWidget {
   explicit TopCard(DesktopController& controller, QWidget* parent = nullptr);
   void render();
   /// Where the keyboard begins.
+  [[nodiscard]] bool mainButtonHasFocus() const { return main_->hasFocus(); }
   void focusMainButton() { main_->setFocus(Qt::OtherFocusReason); }
 
  protected:

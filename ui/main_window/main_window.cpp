@@ -6,7 +6,7 @@
 namespace tarnwick {
 namespace {
 
-constexpr QSize defaultSize(1000, 700);
+constexpr QSize defaultContent(1000, 700);
 constexpr QSize minimumContent(760, 540);
 
 /// Has a smallest size, and a larger one where fonts are so large that the content needs it.
@@ -35,7 +35,7 @@ MainWindow::MainWindow(DesktopController& controller, WindowOpener& windows,
   setWindowTitle(QStringLiteral("Tarnwick"));
   content_->addWidget(home_);
   setCentralWidget(content_);
-  resize(defaultSize);
+  resize(defaultContent + QSize(0, menuBar()->sizeHint().height()));
   scheduler_.observe(controller.changes());
   scheduler_.observe(controller.settings.changes());
   render();

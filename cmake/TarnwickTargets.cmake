@@ -24,14 +24,13 @@ function(tarnwick_library name)
   tarnwick_publish_folder(${name})
 endfunction()
 
-# tarnwick_test(NAME SOURCES file... DEPENDS libraries... [LABELS label...] [ENVIRONMENT K=V...])
+# tarnwick_test(NAME SOURCES file... DEPENDS libraries... [LABELS label...])
 # One executable a subject; its cases are found by ctest one by one.
 function(tarnwick_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LABELS;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE tarnwick_options ${ARG_DEPENDS} GTest::gmock
                         GTest::gtest_main)
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60
-                       PROPERTIES TIMEOUT 120 LABELS "${ARG_LABELS}"
-                       ENVIRONMENT "${ARG_ENVIRONMENT}")
+                       PROPERTIES TIMEOUT 120 LABELS "${ARG_LABELS}")
 endfunction()

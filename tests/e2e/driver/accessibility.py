@@ -113,13 +113,15 @@ class Element:
 
 
 class Tree:
-    """The tree of the program with one process id."""
+    """The tree of the program with one process id. check_alive() raises when the program has ended."""
 
-    def __init__(self, pid):
+    def __init__(self, pid, check_alive):
         self._pid = pid
+        self._check_alive = check_alive
 
     def root(self):
         """The program's element, or None while it has not announced itself."""
+        self._check_alive()
         for node in _children(pyatspi.Registry.getDesktop(0)):
             try:
                 if node.get_process_id() == self._pid:
@@ -178,7 +180,10 @@ class Tree:
             for node in _children(element._node):
                 add(Element(node), depth + 1)
 
-        root = self.root()
+        try:
+            root = self.root()
+        except AssertionError as ended:
+            return str(ended)
         if root:
             add(root, 0)
         return "\n".join(lines) or "(the program has no accessibility tree)"

@@ -94,7 +94,12 @@ class Application:
             self._process = subprocess.Popen(
                 [str(binary), *arguments], env=everything, stdin=subprocess.DEVNULL, stdout=output, stderr=output
             )
-        self.tree = Tree(self._process.pid)
+        self.tree = Tree(self._process.pid, self._check_alive)
+
+    def _check_alive(self):
+        if not self.running:
+            last_words = self.output()[-2000:]
+            raise AssertionError(f"the program ended with status {self._process.returncode}:\n{last_words}")
 
     @property
     def pid(self):
@@ -109,13 +114,7 @@ class Application:
 
     def wait_for_window(self, seconds=20):
         """Until the main window is on the screen and its tree can be read."""
-
-        def there():
-            if not self.running:
-                raise AssertionError(f"the program ended with {self._process.returncode}:\n{self.output()}")
-            return self.tree.find(name="Tarnwick")
-
-        return wait_until(there, seconds, "the main window")
+        return wait_until(lambda: self.tree.find(name="Tarnwick"), seconds, "the main window")
 
     def wait_for_end(self, seconds=20):
         """The exit status of the program, which must end by itself."""

@@ -35,7 +35,8 @@ class ProgramCase(unittest.TestCase):
         self.tree = self.application.tree
 
     def _keep_evidence(self):
-        if self._outcome.success:
+        result = self._outcome.result
+        if not any(case is self for case, _ in result.failures + result.errors):
             return
         folder = build_folder() / "e2e-failures" / self.id()
         folder.mkdir(parents=True, exist_ok=True)

@@ -30,8 +30,8 @@ class PracticeTools:
         )
 
     def container_runs(self):
-        answer = self.run("docker", "inspect", "-f", "{{.State.Running}}", "tarnwick")
-        return answer.returncode == 0 and answer.stdout.strip() == "true"
+        answer = self.run("docker", "inspect", "-f", "{{.State.Running}}|{{.Config.Image}}", "tarnwick")
+        return answer.returncode == 0 and answer.stdout.startswith("true|")
 
     def clean(self):
         """Ends everything that the tools left running."""

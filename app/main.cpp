@@ -10,6 +10,7 @@
 #include "app/single_instance.h"
 #include "core/settings/app_paths.h"
 #include "platform/user_folders.h"
+#include "ui/common/font_changes.h"
 #include "ui/common/logo_view.h"
 
 namespace tarnwick {
@@ -30,6 +31,7 @@ void nameProgram() {
 
 int run(QApplication& qt) {
   qt.setWindowIcon(logoIcon());
+  const FontChanges fontChanges(qt);
   // Closing every window leaves the application running, to be reached by its tray item or by
   // starting it once more.
   QApplication::setQuitOnLastWindowClosed(false);

@@ -1,7 +1,6 @@
 #include "ui/logs_window/logs_window.h"
 
 #include <QCheckBox>
-#include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -10,7 +9,9 @@
 #include <QVBoxLayout>
 
 #include "core/files/atomic_file.h"
+#include "ui/common/buttons.h"
 #include "ui/common/clipboard.h"
+#include "ui/common/separator.h"
 
 namespace tarnwick {
 namespace {
@@ -29,12 +30,10 @@ LogsWindow::LogsWindow(LogsWindowServices services)
   setWindowTitle(QStringLiteral("Logs"));
   view_->setAccessibleName(QStringLiteral("Log of the desktop's container"));
 
-  auto* divider = new QFrame;
-  divider->setFrameStyle(QFrame::HLine | QFrame::Sunken);
   auto* column = new QVBoxLayout;
   column->setSpacing(0);
   column->addWidget(makeToolbar());
-  column->addWidget(divider);
+  column->addWidget(new Separator);
   column->addWidget(view_, 1);
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(0, 0, 0, 0);
@@ -52,10 +51,11 @@ LogsWindow::LogsWindow(LogsWindowServices services)
 
 QWidget* LogsWindow::makeToolbar() {
   auto* toolbar = new QWidget;
-  auto* refresh = new QPushButton(QStringLiteral("Refresh"));
+  auto* refresh = new PlainButton(QStringLiteral("Refresh"));
   auto* follow = new QCheckBox(QStringLiteral("Follow"));
-  auto* copy = new QPushButton(QStringLiteral("Copy"));
-  auto* save = new QPushButton(QStringLiteral("Save…"));
+  auto* copy = new PlainButton(QStringLiteral("Copy"));
+  auto* save = new PlainButton(QStringLiteral("Save…"));
+  follow->setPalette(controlPalette(palette()));
   follow->setAccessibleDescription(QStringLiteral("Refreshes every 2 seconds"));
   auto* row = new QHBoxLayout(toolbar);
   row->setContentsMargins(toolbarPadding, toolbarPadding, toolbarPadding, toolbarPadding);

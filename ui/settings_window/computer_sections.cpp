@@ -2,6 +2,8 @@
 
 #include <QHBoxLayout>
 
+#include "ui/common/buttons.h"
+
 namespace tarnwick {
 
 FolderSection::FolderSection(SettingsStore& settings, DialogService& dialogs)
@@ -9,8 +11,8 @@ FolderSection::FolderSection(SettingsStore& settings, DialogService& dialogs)
       settings_(settings),
       dialogs_(dialogs),
       path_(new ElidedLabel(FontRole::body)),
-      stop_(new QPushButton(QStringLiteral("Stop sharing"))) {
-  auto* share = new QPushButton(QStringLiteral("Share a Mac folder…"));
+      stop_(new PlainButton(QStringLiteral("Stop sharing"))) {
+  auto* share = new PlainButton(QStringLiteral("Share a Mac folder…"));
   auto* row = new QHBoxLayout;
   row->addWidget(path_, 1);
   row->addWidget(share);

@@ -1,20 +1,15 @@
 #include "ui/settings_window/machine_sections.h"
 
+#include <QAbstractItemView>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 
+#include "ui/common/buttons.h"
 #include "ui/settings_window/maintenance_rule.h"
 
 namespace tarnwick {
-namespace {
-
-// A control as wide as it needs, at the leading edge.
-void addAlone(QVBoxLayout& rows, QWidget* control) {
-  rows.addWidget(control, 0, Qt::AlignLeading);
-}
-
-}  // namespace
+namespace {}  // namespace
 
 DesktopSection::DesktopSection(DesktopController& controller)
     : SettingsSection(QStringLiteral("Desktop")),
@@ -22,6 +17,7 @@ DesktopSection::DesktopSection(DesktopController& controller)
       flavor_(new FlavorPicker) {
   auto* title = new QLabel(QStringLiteral("Flavor"));
   title->setBuddy(flavor_);
+  flavor_->view()->setAccessibleName(flavor_->accessibleName());
   auto* row = new QHBoxLayout;
   row->addWidget(title);
   row->addWidget(flavor_, 1);
@@ -40,6 +36,20 @@ void DesktopSection::render() {
 ColimaSection::ColimaSection(DesktopController& controller)
     : SettingsSection(QStringLiteral("Colima (the Linux VM)")), controller_(controller) {
   SettingsStore& settings = controller.settings;
+  auto* steppers = new QVBoxLayout;  // all as wide as the widest
+  auto* leading = new QHBoxLayout;
+  leading->addLayout(steppers);
+  leading->addStretch();
+  rows().addLayout(leading);
+  const auto addStepper = [&](Stepper::Kind kind, Setting<std::int64_t>& setting) {
+    auto* stepper = new Stepper(std::move(kind));
+    steppers->addWidget(stepper);
+    connect(stepper, &Stepper::stepped, this, [stepper, &setting](int number) {
+      setting = number;
+      stepper->show(number);
+    });
+    return stepper;
+  };
   const auto gigabytes = QStringLiteral(" GB");
   cpu_ = addStepper({QStringLiteral("CPUs"), QString(), 1, 16, 1}, settings.cpu);
   memory_ = addStepper({QStringLiteral("Memory"), gigabytes, 2, 32, 1}, settings.memory);
@@ -47,19 +57,9 @@ ColimaSection::ColimaSection(DesktopController& controller)
   addCaption(
       QStringLiteral("Changes apply the next time Colima starts. The disk size only applies when "
                      "the VM is first created."));
-  stop_ = new QPushButton(QStringLiteral("Stop Colima so new settings apply"));
-  addAlone(rows(), stop_);
+  stop_ = new PlainButton(QStringLiteral("Stop Colima so new settings apply"));
+  rows().addWidget(stop_, 0, Qt::AlignLeading);
   connect(stop_, &QPushButton::clicked, this, [this] { controller_.restartColima(); });
-}
-
-Stepper* ColimaSection::addStepper(Stepper::Kind kind, Setting<std::int64_t>& setting) {
-  auto* stepper = new Stepper(std::move(kind));
-  addAlone(rows(), stepper);
-  connect(stepper, &Stepper::stepped, this, [stepper, &setting](int number) {
-    setting = number;
-    stepper->show(number);
-  });
-  return stepper;
 }
 
 void ColimaSection::render() {

@@ -28,8 +28,6 @@ class ColimaSection final : public SettingsSection {
   void render() override;
 
  private:
-  Stepper* addStepper(Stepper::Kind kind, Setting<std::int64_t>& setting);
-
   DesktopController& controller_;
   Stepper* cpu_;
   Stepper* memory_;

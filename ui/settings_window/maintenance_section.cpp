@@ -1,7 +1,9 @@
 #include "ui/settings_window/maintenance_section.h"
 
+#include <QApplication>
 #include <utility>
 
+#include "ui/common/buttons.h"
 #include "ui/dialogs/remove_flavor.h"
 #include "ui/settings_window/flow_layout.h"
 #include "ui/settings_window/maintenance_rule.h"
@@ -10,29 +12,6 @@ namespace tarnwick {
 namespace {
 
 constexpr const char* maintainersDomain = "linuxserver.io";
-
-/// A button of the destructive role: its title is red for as long as it can be pressed.
-class DestructiveButton final : public QPushButton {
- public:
-  explicit DestructiveButton(const QString& title) : QPushButton(title) { applyTheme(); }
-
- protected:
-  bool event(QEvent* event) override {
-    const bool handled = QPushButton::event(event);
-    if (event->type() == QEvent::ApplicationPaletteChange) applyTheme();
-    return handled;
-  }
-
- private:
-  void applyTheme() {
-    QPalette changed = palette();
-    const QColor red = colorFor(ColorRole::red, changed);
-    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-      changed.setColor(group, QPalette::ButtonText, red);
-    }
-    setPalette(changed);
-  }
-};
 
 FlowLayout* addRow(QVBoxLayout& rows) {
   auto* row = new QWidget;
@@ -48,26 +27,42 @@ MaintenanceSection::MaintenanceSection(DesktopController& controller, DialogServ
                                        std::function<void()> revealAppFolder)
     : SettingsSection(QStringLiteral("Maintenance")),
       controller_(controller),
-      update_(new QPushButton(QStringLiteral("Update image and recreate"))),
-      apply_(new QPushButton(QStringLiteral("Apply settings now"))),
-      remove_(new DestructiveButton(QStringLiteral("Remove this flavor…"))) {
+      update_(new PlainButton(QStringLiteral("Update image and recreate"))),
+      apply_(new PlainButton(QStringLiteral("Apply settings now"))),
+      remove_(new PlainButton(QStringLiteral("Remove this flavor…"))) {
   FlowLayout* rebuilding = addRow(rows());
   rebuilding->addWidget(update_);
   rebuilding->addWidget(apply_);
   addCaption(
       QStringLiteral("Update pulls the newest image for this flavor and recreates the container. "
                      "The data volume is kept."));
-  auto* reveal = new QPushButton(QStringLiteral("Reveal app folder"));
+  auto* reveal = new PlainButton(QStringLiteral("Reveal app folder"));
   FlowLayout* folders = addRow(rows());
   folders->addWidget(reveal);
   folders->addWidget(remove_);
   notice_ = addCaption();
+  lookDestructive();
 
   connect(update_, &QPushButton::clicked, this, [this] { controller_.update(); });
   connect(apply_, &QPushButton::clicked, this, [this] { controller_.applySettings(); });
   connect(reveal, &QPushButton::clicked, this, std::move(revealAppFolder));
   connect(remove_, &QPushButton::clicked, this,
           [this, &dialogs] { confirmRemoveFlavor(window(), controller_, dialogs); });
+}
+
+bool MaintenanceSection::event(QEvent* event) {
+  const bool handled = SettingsSection::event(event);
+  if (event->type() == QEvent::ApplicationPaletteChange) lookDestructive();
+  return handled;
+}
+
+void MaintenanceSection::lookDestructive() {
+  const QColor red = colorFor(ColorRole::red, QApplication::palette());
+  QPalette changed = remove_->palette();
+  for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+    changed.setColor(group, QPalette::WindowText, red);
+  }
+  remove_->setPalette(changed);
 }
 
 void MaintenanceSection::render() {

@@ -17,7 +17,12 @@ class MaintenanceSection final : public SettingsSection {
                      std::function<void()> revealAppFolder);
   void render() override;
 
+ protected:
+  bool event(QEvent* event) override;
+
  private:
+  void lookDestructive();
+
   DesktopController& controller_;
   QPushButton* update_;
   QPushButton* apply_;

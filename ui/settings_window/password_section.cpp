@@ -2,6 +2,7 @@
 
 #include <QEvent>
 
+#include "ui/common/buttons.h"
 #include "ui/settings_window/flow_layout.h"
 
 namespace tarnwick {
@@ -65,10 +66,10 @@ QWidget* PasswordSection::makePasswordRow() {
   auto* items = new FlowLayout;
   row->setLayout(items);
   password_ = new PasswordLabel;
-  show_ = new QPushButton;
-  copy_ = new QPushButton(QStringLiteral("Copy"));
+  show_ = new PlainButton(QString());
+  copy_ = new PlainButton(QStringLiteral("Copy"));
   copy_->setAccessibleDescription(QStringLiteral("Copies the password for a minute"));
-  auto* renew = new QPushButton(QStringLiteral("New password"));
+  auto* renew = new PlainButton(QStringLiteral("New password"));
   items->addWidget(new QLabel(QStringLiteral("User: linux")));
   items->addWidget(password_);
   items->addStretch();

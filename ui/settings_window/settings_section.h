@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include "ui/common/card.h"
 #include "ui/common/text_label.h"
 
 namespace tarnwick {
@@ -20,8 +21,12 @@ class SettingsSection : public QWidget {
   [[nodiscard]] QVBoxLayout& rows() { return *rows_; }
   /// Adds a row of small dimmed text.
   TextLabel* addCaption(const QString& text = QString());
+  bool event(QEvent* event) override;
 
  private:
+  void applyTheme();
+
+  Card* card_;
   QVBoxLayout* rows_;
 };
 

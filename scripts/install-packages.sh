@@ -15,7 +15,7 @@ if ! is_debian_like; then
   to build   a C++20 compiler (g++ 12 or newer), CMake 3.25, Ninja, pkg-config, git
              Qt 6.4 or newer with its modules Widgets, Svg and WebEngineWidgets
              libsecret 0.20, libcurl 7.88, OpenSSL 3, nlohmann-json 3.11, fmt 9, utf8proc 2.8, cpp-httplib 0.11
-  to run     lsof; without a display also Xvfb, openbox, D-Bus, AT-SPI 2 with pyatspi, ImageMagick, xdotool
+  to run     lsof; without a display also Xvfb, openbox, D-Bus, AT-SPI 2, PyGObject, ImageMagick, xdotool
   to test    GoogleTest 1.12, Google Benchmark 1.7, clang 14 with its sanitizers, clang-tidy 14, clang-format 14,
              gnome-keyring, strace, iproute2
 

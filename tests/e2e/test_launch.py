@@ -2,7 +2,7 @@
 
 from driver.accessibility import BUTTON
 from driver.cases import PracticeCase
-from driver.desktop import main_button, start, wait_for_desktop_screen, wait_for_page
+from driver.desktop import main_button, main_button_ready, start, wait_for_desktop_screen, wait_for_page
 from driver.display import press_keys
 from driver.waiting import wait_until
 
@@ -21,7 +21,7 @@ class Launch(PracticeCase):
         for row in CHECKLIST:
             self.tree.wait_for(text=row)
         self.assertEqual(main_button(self.tree).name, "Starting…")
-        self.assertFalse(main_button(self.tree).enabled)
+        self.assertFalse(main_button_ready(self.tree))
         self.tree.wait_for(text="layers downloaded", seconds=30)
 
         wait_for_desktop_screen(self.tree)
@@ -58,7 +58,7 @@ class Launch(PracticeCase):
         wait_for_desktop_screen(self.tree)
         self.tree.press("Stop")
         self.tree.wait_for(BUTTON, "Open desktop", seconds=20)
-        wait_until(lambda: main_button(self.tree).enabled, 20, "the end of the stop")
+        wait_until(lambda: main_button_ready(self.tree), 20, "the end of the stop")
         self.assertFalse(self.tools.container_runs())
         self.assertIsNone(self.tree.find(BUTTON, "Stop"))
 
@@ -69,7 +69,7 @@ class Launch(PracticeCase):
             text="The disk is full. Free some space, or give Colima a bigger disk, and try again.", seconds=30
         )
         self.tree.wait_for(name="Show details")
-        wait_until(lambda: main_button(self.tree).enabled, 5, "the main button to come back")
+        wait_until(lambda: main_button_ready(self.tree), 5, "the main button to come back")
 
     def test_a_desktop_that_runs_already_is_adopted(self):
         self.start_with_practice()

@@ -39,7 +39,7 @@ class ColdStart(RealCase):
         wait_until(on_the_way, 120, "the desktop screen", pause=0.02)
         self.assertIn("7", seen, "the download's progress was not to be seen")
         self.assertEqual(self.colima_calls(), ["start --cpu 2 --memory 4 --disk 20"])
-        page = wait_for_page(self.tree, "Volume").text
+        page = wait_for_page(self.tree, "Volume")
 
         # Docker's own view of what was made.
         self.assertEqual(docker("inspect", "-f", "{{.Config.Image}}", CONTAINER), IMAGE)

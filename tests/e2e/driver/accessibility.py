@@ -1,7 +1,10 @@
-"""Finding and using the elements of a program's accessibility tree."""
+"""Finding and using the elements of a program's accessibility tree.
 
-import pyatspi
-from gi.repository import GLib
+Speaks to the accessibility bus directly and asks for all children of an element at once. Counting them first and asking
+for them one by one, as the usual libraries do, makes Qt 6.4 crash when a scroll bar goes away in between.
+"""
+
+from gi.repository import Gio, GLib
 
 from .waiting import wait_until
 
@@ -9,107 +12,134 @@ from .waiting import wait_until
 BUTTON = "push button"
 LABEL = "label"
 
+_ACCESSIBLE = "org.a11y.atspi.Accessible"
+_ACTION = "org.a11y.atspi.Action"
+_COMPONENT = "org.a11y.atspi.Component"
+_TEXT = "org.a11y.atspi.Text"
+_VALUE = "org.a11y.atspi.Value"
+_CALL_MILLISECONDS = 5000
+_SCREEN_COORDINATES = 0
 
-def _children(node):
-    # Elements come and go while the tree is read; one that is gone is no child.
-    try:
-        count = node.childCount
-    except (GLib.GError, LookupError, RuntimeError):
-        return
-    for index in range(count):
+# Bits of the state set, by the protocol's numbers.
+_CHECKED, _ENABLED, _EXPANDED, _FOCUSED, _SHOWING = 4, 8, 10, 12, 25
+
+
+class Gone(Exception):
+    """The element is not there any more, or does not answer."""
+
+
+class _Bus:
+    """The accessibility bus of this session."""
+
+    def __init__(self):
+        session = Gio.bus_get_sync(Gio.BusType.SESSION)
+        address = session.call_sync(
+            "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None, Gio.DBusCallFlags.NONE, 20000
+        ).unpack()[0]
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        self._connection = Gio.DBusConnection.new_for_address_sync(address, flags)
+
+    def call(self, name, path, interface, method, arguments=None):
         try:
-            child = node.getChildAtIndex(index)
-        except (GLib.GError, LookupError, RuntimeError):
-            continue
-        if child is not None:
-            yield child
+            answer = self._connection.call_sync(
+                name, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, _CALL_MILLISECONDS
+            )
+        except GLib.GError as error:
+            raise Gone(str(error)) from None
+        return answer.unpack()
 
-
-def _role(node):
-    try:
-        return node.getRoleName()
-    except (GLib.GError, LookupError, RuntimeError):
-        return ""
-
-
-def _name(node):
-    try:
-        return node.name or ""
-    except (GLib.GError, LookupError, RuntimeError):
-        return ""
-
-
-def _text(node):
-    try:
-        text = node.queryText()
-        return text.getText(0, text.characterCount)
-    except (NotImplementedError, GLib.GError, LookupError, RuntimeError):
-        return ""
-
-
-def _has_state(node, state):
-    try:
-        return node.getState().contains(state)
-    except (GLib.GError, LookupError, RuntimeError):
-        return False
+    def pid_of(self, name):
+        bus = "org.freedesktop.DBus"
+        return self.call(bus, "/org/freedesktop/DBus", bus, "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))[0]
 
 
 class Element:
-    """One element; valid until the program removes it."""
+    """One element; valid until the program removes it. What is asked of it afterwards raises Gone."""
 
-    def __init__(self, node):
-        self._node = node
+    def __init__(self, bus, name, path):
+        self._bus = bus
+        self._name = name
+        self._path = path
+
+    def _call(self, interface, method, arguments=None):
+        return self._bus.call(self._name, self._path, interface, method, arguments)
+
+    def _property(self, interface, name):
+        arguments = GLib.Variant("(ss)", (interface, name))
+        return self._call("org.freedesktop.DBus.Properties", "Get", arguments)[0]
+
+    def _has_state(self, bit):
+        words = self._call(_ACCESSIBLE, "GetState")[0]
+        return bool(words[bit // 32] >> (bit % 32) & 1)
 
     @property
     def role(self):
-        return _role(self._node)
+        return self._call(_ACCESSIBLE, "GetRoleName")[0]
 
     @property
     def name(self):
-        return _name(self._node)
+        return self._property(_ACCESSIBLE, "Name")
 
     @property
     def text(self):
         """What a person reads there: the text when it has one, else the name."""
-        return _text(self._node) or self.name
+        if _TEXT in self._call(_ACCESSIBLE, "GetInterfaces")[0]:
+            text = self._call(_TEXT, "GetText", GLib.Variant("(ii)", (0, -1)))[0]
+            if text:
+                return text
+        return self.name
 
     @property
     def showing(self):
-        return _has_state(self._node, pyatspi.STATE_SHOWING)
+        return self._has_state(_SHOWING)
 
     @property
     def enabled(self):
-        return _has_state(self._node, pyatspi.STATE_ENABLED)
+        return self._has_state(_ENABLED)
 
     @property
     def checked(self):
-        return _has_state(self._node, pyatspi.STATE_CHECKED)
+        return self._has_state(_CHECKED)
+
+    @property
+    def expanded(self):
+        return self._has_state(_EXPANDED)
+
+    @property
+    def focused(self):
+        return self._has_state(_FOCUSED)
 
     @property
     def value(self):
         """The value of a progress bar or a spin box, from 0 to its maximum."""
-        return self._node.queryValue().currentValue
+        return self._property(_VALUE, "CurrentValue")
 
     @property
     def frame(self):
         """Left, top, width and height on the screen in pixels."""
-        box = self._node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        return box.x, box.y, box.width, box.height
+        return self._call(_COMPONENT, "GetExtents", GLib.Variant("(u)", (_SCREEN_COORDINATES,)))[0]
 
     def press(self):
-        """Does the element's first action: "Press" of a button, "Toggle" of a check box."""
-        actions = self._node.queryAction()
-        names = [actions.getName(index) for index in range(actions.nActions)]
+        """Does the element's action "Press", as of a button, or "Toggle", as of a check box."""
+        names = [action[0] for action in self._call(_ACTION, "GetActions")[0]]
         wanted = next((name for name in ("Press", "Toggle") if name in names), None)
         if wanted is None:
-            raise AssertionError(f"{self.role} \"{self.name}\" cannot be pressed, only {names}")
-        actions.doAction(names.index(wanted))
+            raise AssertionError(f"{self.role} {self.name!r} cannot be pressed, only {names}")
+        self._call(_ACTION, "DoAction", GLib.Variant("(i)", (names.index(wanted),)))
+
+    def children(self):
+        """The elements right below this one; none when it is gone."""
+        try:
+            references = self._call(_ACCESSIBLE, "GetChildren")[0]
+        except Gone:
+            return []
+        return [Element(self._bus, name, path) for name, path in references if name and path != "/org/a11y/atspi/null"]
 
     def descendants(self):
         """All elements below this one, depth first."""
-        for child in _children(self._node):
-            yield Element(child)
-            yield from Element(child).descendants()
+        for child in self.children():
+            yield child
+            yield from child.descendants()
 
 
 class Tree:
@@ -118,15 +148,17 @@ class Tree:
     def __init__(self, pid, check_alive):
         self._pid = pid
         self._check_alive = check_alive
+        self._bus = _Bus()
 
     def root(self):
         """The program's element, or None while it has not announced itself."""
         self._check_alive()
-        for node in _children(pyatspi.Registry.getDesktop(0)):
+        desktop = Element(self._bus, "org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
+        for program in desktop.children():
             try:
-                if node.get_process_id() == self._pid:
-                    return Element(node)
-            except (GLib.GError, RuntimeError):
+                if self._bus.pid_of(program._name) == self._pid:
+                    return program
+            except Gone:
                 continue
         return None
 
@@ -136,14 +168,19 @@ class Tree:
 
     def all(self, role=None, name=None, text=None):
         """The elements on show with this role, exact name, and text contained in what a person reads there."""
-        return [
-            element
-            for element in self.elements()
-            if (role is None or element.role == role)
-            and (name is None or element.name == name)
-            and (text is None or text in element.text)
-            and element.showing
-        ]
+
+        def fits(element):
+            try:
+                return (
+                    (role is None or element.role == role)
+                    and (name is None or element.name == name)
+                    and (text is None or text in element.text)
+                    and element.showing
+                )
+            except Gone:
+                return False
+
+        return [element for element in self.elements() if fits(element)]
 
     def find(self, role=None, name=None, text=None):
         """The first such element, or None."""
@@ -160,25 +197,41 @@ class Tree:
     def press(self, name, role=BUTTON, seconds=10):
         """Waits until the button is there and can be pressed, and presses it."""
 
-        def ready():
-            return next((element for element in self.all(role, name) if element.enabled), None)
+        def pressed():
+            try:
+                button = next((element for element in self.all(role, name) if element.enabled), None)
+                if button:
+                    button.press()
+                return button is not None
+            except Gone:
+                return False
 
-        wait_until(ready, seconds, f"an enabled {role} {name!r}").press()
+        wait_until(pressed, seconds, f"an enabled {role} {name!r}")
 
     def texts(self):
         """Everything readable on show, in tree order."""
-        return [element.text for element in self.elements() if element.showing and element.text]
+        found = []
+        for element in self.elements():
+            try:
+                if element.showing and element.text:
+                    found.append(element.text)
+            except Gone:
+                continue
+        return found
 
     def dump(self):
         """The whole tree as indented text, for the reports of failed tests."""
         lines = []
 
         def add(element, depth):
-            state = "" if element.showing else " (hidden)"
-            value = element.text.replace("\n", "⏎")[:120]
-            lines.append(f"{'  ' * depth}{element.role} {value!r}{state}")
-            for node in _children(element._node):
-                add(Element(node), depth + 1)
+            try:
+                state = "" if element.showing else " (hidden)"
+                value = element.text.replace("\n", "⏎")[:120]
+                lines.append(f"{'  ' * depth}{element.role} {value!r}{state}")
+            except Gone:
+                return
+            for child in element.children():
+                add(child, depth + 1)
 
         try:
             root = self.root()

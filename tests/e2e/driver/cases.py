@@ -48,9 +48,9 @@ class ProgramCase(unittest.TestCase):
 class PracticeCase(ProgramCase):
     """The program with the practice engine, on ports and a state folder of the test's own."""
 
-    def start_with_practice(self, pace=0.2, faults=(), **settings):
+    def start_with_practice(self, pace=0.2, faults=(), tool_folder=None, **settings):
         self.http_port, self.https_port = free_port_pair()
         self.folders.write_settings(httpPort=self.http_port, httpsPort=self.https_port, **settings)
-        self.tools = PracticeTools(build_folder(), self.folders.tools_state, pace, faults)
+        self.tools = PracticeTools(build_folder(), self.folders.tools_state, pace, faults, tool_folder)
         self.addCleanup(self.tools.clean)
         self.start_program(self.tools.environment)

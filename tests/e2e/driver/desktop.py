@@ -2,7 +2,7 @@
 
 import time
 
-from .accessibility import BUTTON
+from .accessibility import BUTTON, Gone
 from .waiting import wait_until
 
 # In a page the web engine announces the document itself under one of these roles.
@@ -21,14 +21,22 @@ def main_button(tree):
     return None
 
 
+def _enabled(button):
+    try:
+        return button is not None and button.enabled
+    except Gone:
+        return False
+
+
+def main_button_ready(tree):
+    """Whether the main button is there and can be pressed."""
+    return _enabled(main_button(tree))
+
+
 def start(tree):
     """Presses the main button as soon as it is there and can be pressed."""
-
-    def ready():
-        button = main_button(tree)
-        return button if button and button.enabled else None
-
-    wait_until(ready, 20, "the main button").press()
+    wait_until(lambda: main_button_ready(tree), 20, "the main button")
+    main_button(tree).press()
 
 
 def wait_for_desktop_screen(tree, seconds=60):
@@ -40,8 +48,7 @@ def wait_for_desktop_screen(tree, seconds=60):
         nonlocal idle_since
         if tree.find(BUTTON, "Fullscreen"):
             return True
-        button = main_button(tree)
-        if not (button and button.enabled):
+        if not main_button_ready(tree):
             idle_since = None
         elif idle_since is None:
             idle_since = time.monotonic()
@@ -53,24 +60,36 @@ def wait_for_desktop_screen(tree, seconds=60):
 
 
 def _documents(tree):
-    return [element for element in tree.elements() if element.role in DOCUMENT_ROLES and element.showing]
+    def is_page(element):
+        try:
+            return element.role in DOCUMENT_ROLES and element.showing
+        except Gone:
+            return False
+
+    return [element for element in tree.elements() if is_page(element)]
 
 
 def wait_for_document(tree, seconds=60):
     """Until the web view holds a page with something in it; the page's element."""
     return wait_until(
-        lambda: next((page for page in _documents(tree) if any(page.descendants())), None), seconds, "the page"
+        lambda: next((page for page in _documents(tree) if page.children()), None), seconds, "the page"
     )
 
 
+def page_texts(tree):
+    """What is to be read on the page in the web view, element by element."""
+    found = []
+    for page in _documents(tree):
+        for part in page.descendants():
+            try:
+                found.append(part.text)
+            except Gone:
+                continue
+    return found
+
+
 def wait_for_page(tree, text, seconds=30):
-    """Until the page in the web view shows this text; the element that does."""
-
-    def there():
-        for page in _documents(tree):
-            for part in page.descendants():
-                if text in part.text:
-                    return part
-        return None
-
-    return wait_until(there, seconds, f"the page with {text!r}")
+    """Until the page in the web view shows this text; the whole text of the element that does."""
+    return wait_until(
+        lambda: next((found for found in page_texts(tree) if text in found), None), seconds, f"the page with {text!r}"
+    )

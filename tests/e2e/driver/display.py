@@ -23,3 +23,15 @@ def colours(path, frame=None):
 def press_keys(*keys):
     """Presses keys as on a keyboard, such as "ctrl+q"; they go to the window that has the focus."""
     subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True, timeout=10)
+
+
+def type_text(text):
+    """Types a text; it goes to the window that has the focus."""
+    subprocess.run(["xdotool", "type", "--clearmodifiers", "--delay", "2", text], check=True, timeout=20)
+
+
+def click(element):
+    """Clicks the middle of an element with the mouse's first button."""
+    left, top, width, height = element.frame
+    place = [str(left + width // 2), str(top + height // 2)]
+    subprocess.run(["xdotool", "mousemove", "--sync", *place, "click", "1"], check=True, timeout=10)

@@ -129,13 +129,15 @@ QColor colorFor(ColorRole role, const QPalette& palette) {
   return text;
 }
 
-QPalette controlPalette(const QPalette& palette) {
-  if (!isDark(palette)) return palette;
-  constexpr double share = 0.55;  // the outline, darker again, then has a contrast of 3
-  QPalette controls = palette;
-  controls.setColor(QPalette::Window, mixed(palette.color(QPalette::Window),
-                                            palette.color(QPalette::WindowText), share));
-  return controls;
+void outlineControls(QWidget& area) {
+  const QPalette user = QApplication::palette();
+  QColor ground = user.color(QPalette::Window);
+  // The outline is darker than this again, and then has a contrast of 3 to its surroundings.
+  constexpr double share = 0.55;
+  if (isDark(user)) ground = mixed(ground, user.color(QPalette::WindowText), share);
+  QPalette changed = area.palette();
+  changed.setColor(QPalette::Window, ground);
+  area.setPalette(changed);
 }
 
 bool isDark(const QPalette& palette) {

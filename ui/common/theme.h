@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QFont>
 #include <QPalette>
+#include <QWidget>
 
 namespace tarnwick {
 
@@ -34,9 +35,9 @@ enum class ColorRole {
 /// to cards and windows of that palette.
 [[nodiscard]] QColor colorFor(ColorRole role, const QPalette& palette);
 
-/// `palette` for fields and check boxes. Their style makes outlines from the window's colour, which
-/// in dark themes nobody sees; with this palette they stand out. The same palette for light themes.
-[[nodiscard]] QPalette controlPalette(const QPalette& palette);
+/// Lets the outlines of fields and check boxes in `area` stand out. Their style makes them from the
+/// window's colour, which in dark themes nobody sees. To be called again when the palette changes.
+void outlineControls(QWidget& area);
 
 /// Windows of the palette are darker than their text.
 [[nodiscard]] bool isDark(const QPalette& palette);

@@ -15,6 +15,13 @@ namespace {
 
 constexpr int holderHeight = 100;
 
+/// A button with room around its title, which can be the default one.
+class DialogButton final : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+  [[nodiscard]] QSize sizeHint() const override { return QPushButton::sizeHint() + QSize(20, 4); }
+};
+
 QPlainTextEdit* makeHolderView(const std::string& holder) {
   auto* view = new QPlainTextEdit(QString::fromStdString(holder));
   view->setAccessibleName(QStringLiteral("Program that uses the port"));
@@ -63,8 +70,8 @@ void PortConflictSheet::addTexts() {
 }
 
 void PortConflictSheet::addButtons() {
-  auto* cancel = new QPushButton(QStringLiteral("Cancel"));
-  auto* use = new QPushButton(
+  auto* cancel = new DialogButton(QStringLiteral("Cancel"));
+  auto* use = new DialogButton(
       QStringLiteral("Use %1 and %2").arg(conflict_.suggestedHTTP).arg(conflict_.suggestedHTTPS));
   use->setDefault(true);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);

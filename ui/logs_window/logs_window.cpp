@@ -1,6 +1,7 @@
 #include "ui/logs_window/logs_window.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -24,6 +25,7 @@ constexpr int toolbarPadding = 10;
 
 LogsWindow::LogsWindow(LogsWindowServices services)
     : services_(services),
+      toolbar_(makeToolbar()),
       view_(new LogView),
       feed_(services.docker, services.mainThread, [this] { render(); }) {
   setAttribute(Qt::WA_DeleteOnClose);
@@ -32,7 +34,7 @@ LogsWindow::LogsWindow(LogsWindowServices services)
 
   auto* column = new QVBoxLayout;
   column->setSpacing(0);
-  column->addWidget(makeToolbar());
+  column->addWidget(toolbar_);
   column->addWidget(new Separator);
   column->addWidget(view_, 1);
   auto* grid = new QGridLayout(this);
@@ -51,11 +53,11 @@ LogsWindow::LogsWindow(LogsWindowServices services)
 
 QWidget* LogsWindow::makeToolbar() {
   auto* toolbar = new QWidget;
+  outlineControls(*toolbar);
   auto* refresh = new PlainButton(QStringLiteral("Refresh"));
   auto* follow = new QCheckBox(QStringLiteral("Follow"));
   auto* copy = new PlainButton(QStringLiteral("Copy"));
   auto* save = new PlainButton(QStringLiteral("Save…"));
-  follow->setPalette(controlPalette(palette()));
   follow->setAccessibleDescription(QStringLiteral("Refreshes every 2 seconds"));
   auto* row = new QHBoxLayout(toolbar);
   row->setContentsMargins(toolbarPadding, toolbarPadding, toolbarPadding, toolbarPadding);
@@ -69,6 +71,12 @@ QWidget* LogsWindow::makeToolbar() {
   connect(copy, &QPushButton::clicked, this, [this] { copyText(text()); });
   connect(save, &QPushButton::clicked, this, [this] { this->save(); });
   return toolbar;
+}
+
+bool LogsWindow::event(QEvent* event) {
+  const bool handled = QWidget::event(event);
+  if (event->type() == QEvent::ApplicationPaletteChange) outlineControls(*toolbar_);
+  return handled;
 }
 
 void LogsWindow::render() {

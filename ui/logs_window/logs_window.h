@@ -23,6 +23,9 @@ class LogsWindow final : public QWidget {
  public:
   explicit LogsWindow(LogsWindowServices services);
 
+ protected:
+  bool event(QEvent* event) override;
+
  private:
   QWidget* makeToolbar();
   void render();
@@ -30,6 +33,7 @@ class LogsWindow final : public QWidget {
   [[nodiscard]] QString text() const;
 
   LogsWindowServices services_;
+  QWidget* toolbar_;
   LogView* view_;
   LogsFeed feed_;
 };

@@ -1,6 +1,7 @@
 #include "ui/settings_window/password_section.h"
 
 #include <QEvent>
+#include <QHBoxLayout>
 
 #include "ui/common/buttons.h"
 #include "ui/settings_window/flow_layout.h"
@@ -73,9 +74,13 @@ QWidget* PasswordSection::makePasswordRow() {
   items->addWidget(new QLabel(QStringLiteral("User: linux")));
   items->addWidget(password_);
   items->addStretch();
-  items->addWidget(show_);
-  items->addWidget(copy_);
-  items->addWidget(renew);
+  // The buttons stay together when they do not fit beside the password.
+  auto* buttons = new QWidget;
+  auto* together = new QHBoxLayout(buttons);
+  together->setContentsMargins(0, 0, 0, 0);
+  for (QPushButton* button : std::initializer_list<QPushButton*>{show_, copy_, renew})
+    together->addWidget(button);
+  items->addWidget(buttons);
   connect(show_, &QPushButton::clicked, this, [this] {
     showPassword_ = !showPassword_;
     render();

@@ -1,6 +1,6 @@
 #include "ui/settings_window/settings_section.h"
 
-#include <QApplication>
+#include <QEvent>
 
 namespace tarnwick {
 
@@ -14,7 +14,7 @@ SettingsSection::SettingsSection(const QString& title) : card_(new Card(12, Colo
   rows_ = new QVBoxLayout(card_);
   rows_->setContentsMargins(16, 14, 16, 14);
   rows_->setSpacing(10);
-  applyTheme();
+  outlineControls(*card_);
 }
 
 TextLabel* SettingsSection::addCaption(const QString& text) {
@@ -25,15 +25,8 @@ TextLabel* SettingsSection::addCaption(const QString& text) {
 
 bool SettingsSection::event(QEvent* event) {
   const bool handled = QWidget::event(event);
-  if (event->type() == QEvent::ApplicationPaletteChange) applyTheme();
+  if (event->type() == QEvent::ApplicationPaletteChange) outlineControls(*card_);
   return handled;
-}
-
-void SettingsSection::applyTheme() {
-  QPalette changed = card_->palette();
-  changed.setColor(QPalette::Window,
-                   controlPalette(QApplication::palette()).color(QPalette::Window));
-  card_->setPalette(changed);
 }
 
 }  // namespace tarnwick

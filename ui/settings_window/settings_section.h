@@ -24,8 +24,6 @@ class SettingsSection : public QWidget {
   bool event(QEvent* event) override;
 
  private:
-  void applyTheme();
-
   Card* card_;
   QVBoxLayout* rows_;
 };

@@ -1,7 +1,11 @@
 #include "ui/common/theme.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QFontDatabase>
+#include <QLineEdit>
 #include <algorithm>
 #include <cmath>
 
@@ -135,9 +139,17 @@ void outlineControls(QWidget& area) {
   // The outline is darker than this again, and then has a contrast of 3 to its surroundings.
   constexpr double share = 0.55;
   if (isDark(user)) ground = mixed(ground, user.color(QPalette::WindowText), share);
-  QPalette changed = area.palette();
-  changed.setColor(QPalette::Window, ground);
-  area.setPalette(changed);
+  const auto widgets = area.findChildren<QWidget*>();
+  for (QWidget* widget : widgets) {
+    // Buttons draw their own outlines.
+    const bool isField =
+        qobject_cast<QLineEdit*>(widget) || qobject_cast<QAbstractSpinBox*>(widget);
+    if (!isField && !qobject_cast<QCheckBox*>(widget) && !qobject_cast<QComboBox*>(widget))
+      continue;
+    QPalette changed = widget->palette();
+    changed.setColor(QPalette::Window, ground);
+    widget->setPalette(changed);
+  }
 }
 
 bool isDark(const QPalette& palette) {

@@ -53,7 +53,6 @@ LogsWindow::LogsWindow(LogsWindowServices services)
 
 QWidget* LogsWindow::makeToolbar() {
   auto* toolbar = new QWidget;
-  outlineControls(*toolbar);
   auto* refresh = new PlainButton(QStringLiteral("Refresh"));
   auto* follow = new QCheckBox(QStringLiteral("Follow"));
   auto* copy = new PlainButton(QStringLiteral("Copy"));
@@ -70,6 +69,7 @@ QWidget* LogsWindow::makeToolbar() {
   connect(follow, &QCheckBox::toggled, this, [this](bool on) { feed_.setFollow(on); });
   connect(copy, &QPushButton::clicked, this, [this] { copyText(text()); });
   connect(save, &QPushButton::clicked, this, [this] { this->save(); });
+  outlineControls(*toolbar);
   return toolbar;
 }
 

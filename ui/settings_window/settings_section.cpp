@@ -14,7 +14,6 @@ SettingsSection::SettingsSection(const QString& title) : card_(new Card(12, Colo
   rows_ = new QVBoxLayout(card_);
   rows_->setContentsMargins(16, 14, 16, 14);
   rows_->setSpacing(10);
-  outlineControls(*card_);
 }
 
 TextLabel* SettingsSection::addCaption(const QString& text) {
@@ -25,7 +24,10 @@ TextLabel* SettingsSection::addCaption(const QString& text) {
 
 bool SettingsSection::event(QEvent* event) {
   const bool handled = QWidget::event(event);
-  if (event->type() == QEvent::ApplicationPaletteChange) outlineControls(*card_);
+  // Polished means that the rows are there, before they are first seen.
+  const bool isDue =
+      event->type() == QEvent::Polish || event->type() == QEvent::ApplicationPaletteChange;
+  if (isDue) outlineControls(*card_);
   return handled;
 }
 

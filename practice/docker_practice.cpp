@@ -19,7 +19,8 @@ int status(const Call& call) {
                     isRunning(state) ? "running" : "stopped", request.httpPort, request.httpsPort,
                     request.volume));
   }
-  for (Fault fault : Faults::read(call.folder.path()).all()) {
+  const Faults ordered = Faults::read(call.folder.path());
+  for (Fault fault : ordered.all()) {
     say(fmt::format("Fault:     {}", nameOf(fault)));
   }
   return 0;

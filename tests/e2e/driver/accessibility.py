@@ -15,6 +15,7 @@ LABEL = "label"
 _ACCESSIBLE = "org.a11y.atspi.Accessible"
 _ACTION = "org.a11y.atspi.Action"
 _COMPONENT = "org.a11y.atspi.Component"
+_EDITABLE_TEXT = "org.a11y.atspi.EditableText"
 _TEXT = "org.a11y.atspi.Text"
 _VALUE = "org.a11y.atspi.Value"
 _CALL_MILLISECONDS = 5000
@@ -22,6 +23,10 @@ _SCREEN_COORDINATES = 0
 
 # Bits of the state set, by the protocol's numbers.
 _CHECKED, _ENABLED, _EXPANDED, _FOCUSED, _SHOWING = 4, 8, 10, 12, 25
+_STATE_NAMES = {
+    1: "active", 4: "checked", 7: "editable", 8: "enabled", 9: "expandable", 10: "expanded", 11: "focusable",
+    12: "focused", 16: "modal", 23: "selected", 25: "showing", 39: "default", 41: "checkable", 43: "read-only",
+}
 
 
 class Gone(Exception):
@@ -110,6 +115,12 @@ class Element:
         return self._has_state(_FOCUSED)
 
     @property
+    def states(self):
+        """The names of those of its states that the tests look at."""
+        words = self._call(_ACCESSIBLE, "GetState")[0]
+        return [name for bit, name in _STATE_NAMES.items() if words[bit // 32] >> (bit % 32) & 1]
+
+    @property
     def value(self):
         """The value of a progress bar or a spin box, from 0 to its maximum."""
         return self._property(_VALUE, "CurrentValue")
@@ -118,6 +129,19 @@ class Element:
     def frame(self):
         """Left, top, width and height on the screen in pixels."""
         return self._call(_COMPONENT, "GetExtents", GLib.Variant("(u)", (_SCREEN_COORDINATES,)))[0]
+
+    def focus(self):
+        """Gives it the keyboard's focus."""
+        self._call(_COMPONENT, "GrabFocus")
+
+    def set_value(self, value):
+        """Gives a spin box another value, as an assistive tool does."""
+        arguments = GLib.Variant("(ssv)", (_VALUE, "CurrentValue", GLib.Variant("d", value)))
+        self._call("org.freedesktop.DBus.Properties", "Set", arguments)
+
+    def set_text(self, text):
+        """Replaces a text field's content, as an assistive tool does."""
+        self._call(_EDITABLE_TEXT, "SetTextContents", GLib.Variant("(s)", (text,)))
 
     def press(self):
         """Does the element's action "Press", as of a button, or "Toggle", as of a check box."""
@@ -207,6 +231,18 @@ class Tree:
                 return False
 
         wait_until(pressed, seconds, f"an enabled {role} {name!r}")
+
+    def windows(self, title):
+        """The program's top-level windows with this title."""
+
+        def fits(window):
+            try:
+                return window.name == title and window.showing
+            except Gone:
+                return False
+
+        root = self.root()
+        return [window for window in root.children() if fits(window)] if root else []
 
     def texts(self):
         """Everything readable on show, in tree order."""

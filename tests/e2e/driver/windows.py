@@ -45,7 +45,7 @@ def replace_text(tree, name, text):
 def answer_panel(tree, path):
     """Types a path into the open file panel and confirms it."""
     name = tree.wait_for(TEXT, "File name:")
-    wait_until(lambda: "focused" in name.states, 5, "the panel's focus")
+    wait_until(lambda: name.focused, 5, "the panel's focus")
     press_keys("ctrl+a")
     type_text(str(path))
     press_keys("Return")

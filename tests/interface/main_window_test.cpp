@@ -1,10 +1,11 @@
 #include "ui/main_window/main_window.h"
 
+#include <QAccessible>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPainter>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
 
 #include "tests/interface/interface_fixture.h"
 
@@ -115,11 +116,42 @@ TEST_F(MainWindowTest, KeysBelongToTheDesktopWhileItIsShown) {
   EXPECT_TRUE(window->menuBar()->isVisible());
 }
 
+/// Every control that assistive tools meet below `node` and that says nothing of itself.
+void collectNameless(QAccessibleInterface* node, std::vector<std::string>& found) {
+  const std::set<QAccessible::Role> controls = {
+      QAccessible::Button,       QAccessible::CheckBox,  QAccessible::ComboBox,
+      QAccessible::EditableText, QAccessible::Graphic,   QAccessible::List,
+      QAccessible::MenuBar,      QAccessible::MenuItem,  QAccessible::PopupMenu,
+      QAccessible::ProgressBar,  QAccessible::ScrollBar, QAccessible::AlertMessage};
+  if (controls.contains(node->role()) && node->text(QAccessible::Name).isEmpty()) {
+    found.push_back("role " + std::to_string(node->role()));
+  }
+  for (int i = 0; i < node->childCount(); ++i) {
+    if (QAccessibleInterface* child = node->child(i)) collectNameless(child, found);
+  }
+}
+
+TEST_F(MainWindowTest, EveryControlHasAnAccessibleName) {
+  open();
+  c.phase = Phase::busy;
+  c.errorSummary = "The disk is full.";
+  world.settle();
+  std::vector<std::string> nameless;
+  collectNameless(QAccessible::queryAccessibleInterface(window.get()), nameless);
+  EXPECT_THAT(nameless, ElementsAre());
+  c.phase = Phase::running;
+  c.showDesktop = true;
+  world.settle();
+  ASSERT_TRUE(showsDesktop());
+  collectNameless(QAccessible::queryAccessibleInterface(window.get()), nameless);
+  EXPECT_THAT(nameless, ElementsAre());
+}
+
 TEST_F(MainWindowTest, AnnouncesErrorsNoticesAndPhases) {
   open();
   auto* announcer = findShown<Announcer>(*window);
   ASSERT_TRUE(announcer);
-  EXPECT_EQ(announcer->latest(), "");
+  EXPECT_EQ(announcer->latest(), "Tarnwick: Stopped");
   c.phase = Phase::busy;
   world.settle();
   EXPECT_EQ(announcer->latest(), "Tarnwick: Starting…");

@@ -1,15 +1,11 @@
 #include "ui/common/announcer.h"
 
 #include <QAccessible>
-#include <QAccessibleWidget>
+
+#include "ui/common/accessible_role.h"
 
 namespace tarnwick {
 namespace {
-
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
-  auto* announcer = dynamic_cast<Announcer*>(object);
-  return announcer ? new QAccessibleWidget(announcer, QAccessible::AlertMessage) : nullptr;
-}
 
 void notify(QWidget* widget, QAccessible::Event type) {
   QAccessibleEvent event(widget, type);
@@ -19,8 +15,7 @@ void notify(QWidget* widget, QAccessible::Event type) {
 }  // namespace
 
 Announcer::Announcer(QWidget* parent) : QWidget(parent) {
-  static const bool installed = (QAccessible::installFactory(&makeAccessible), true);
-  static_cast<void>(installed);
+  setAccessibleRole(*this, QAccessible::AlertMessage);
   setFixedSize(1, 1);
   setAttribute(Qt::WA_TransparentForMouseEvents);
 }

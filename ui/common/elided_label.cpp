@@ -1,23 +1,13 @@
 #include "ui/common/elided_label.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QPainter>
 
+#include "ui/common/accessible_role.h"
+
 namespace tarnwick {
-namespace {
-
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
-  auto* label = dynamic_cast<ElidedLabel*>(object);
-  return label ? new QAccessibleWidget(label, QAccessible::StaticText) : nullptr;
-}
-
-}  // namespace
-
 ElidedLabel::ElidedLabel(FontRole font, ColorRole color, QWidget* parent)
     : QWidget(parent), fontRole_(font), colorRole_(color) {
-  static const bool installed = (QAccessible::installFactory(&makeAccessible), true);
-  static_cast<void>(installed);
+  setAccessibleRole(*this, QAccessible::StaticText);
   setFont(fontFor(fontRole_));
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }

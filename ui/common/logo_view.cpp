@@ -5,6 +5,7 @@
 #include <QPainterPath>
 #include <QPixmap>
 
+#include "ui/common/accessible_role.h"
 #include "ui/common/shapes.h"
 
 namespace tarnwick {
@@ -92,6 +93,7 @@ QIcon logoIcon() {
 
 LogoView::LogoView(int size, QWidget* parent) : QWidget(parent) {
   setFixedSize(size, size);
+  setAccessibleRole(*this, QAccessible::Graphic);
   setAccessibleName(QStringLiteral("Tarnwick logo"));
 }
 

@@ -1,5 +1,6 @@
 #include "ui/home/flavor_picker.h"
 
+#include <QAbstractItemView>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -14,6 +15,7 @@ FlavorPicker::FlavorPicker(QWidget* parent) : QComboBox(parent) {
   setSizeAdjustPolicy(QComboBox::AdjustToContents);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setAccessibleName(QStringLiteral("Flavor"));
+  view()->setAccessibleName(QStringLiteral("Flavors"));
 }
 
 QSize FlavorPicker::minimumSizeHint() const {

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "ui/common/buttons.h"
@@ -65,6 +66,8 @@ void HomeScreen::build() {
   // Keys that scroll reach it from whatever has the focus; it is no stop on the way of Tab.
   scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setWidget(page);
+  scroll->verticalScrollBar()->setAccessibleName(QStringLiteral("Scroll the page"));
+  scroll->horizontalScrollBar()->setAccessibleName(QStringLiteral("Scroll the page sideways"));
   auto* whole = new QVBoxLayout(this);
   whole->setContentsMargins(0, 0, 0, 0);
   whole->addWidget(scroll);

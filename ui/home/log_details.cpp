@@ -24,6 +24,8 @@ LogDetails::LogDetails(std::function<const LogText&()> log, QWidget* parent)
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   setTabChangesFocus(true);
   setAccessibleName(QStringLiteral("Details"));
+  verticalScrollBar()->setAccessibleName(QStringLiteral("Scroll the details"));
+  horizontalScrollBar()->setAccessibleName(QStringLiteral("Scroll the details sideways"));
   setFont(fontFor(FontRole::mono));
   timer_.setSingleShot(true);
   timer_.setInterval(minimumMilliseconds);

@@ -9,10 +9,16 @@ QString textOf(const std::optional<std::string>& text) {
   return text ? QString::fromStdString(*text) : QString();
 }
 
+QString inWords(const QString& status) {
+  return QStringLiteral("Tarnwick: ") + status;
+}
+
 }  // namespace
 
 Announcements::Announcements(DesktopController& controller, Announcer& announcer)
-    : controller_(controller), announcer_(announcer), known_(present()) {}
+    : controller_(controller), announcer_(announcer), known_(present()) {
+  announcer_.announce(inWords(known_.status));
+}
 
 Announcements::Known Announcements::present() const {
   return {textOf(controller_.errorSummary.get()), textOf(controller_.notice.get()),
@@ -27,7 +33,7 @@ void Announcements::render() {
   } else if (now.notice != known_.notice && !now.notice.isEmpty()) {
     announcer_.announce(now.notice);
   } else if (now.status != known_.status) {
-    announcer_.announce(QStringLiteral("Tarnwick: ") + now.status);
+    announcer_.announce(inWords(now.status));
   }
   known_ = std::move(now);
 }

@@ -12,6 +12,8 @@ namespace tarnwick {
 MainMenu::MainMenu(QMainWindow& window, DesktopController& controller, WindowOpener& windows)
     : QObject(&window), window_(window), controller_(controller) {
   QMenu& menu = *window.menuBar()->addMenu(QStringLiteral("&Tarnwick"));
+  window.menuBar()->setAccessibleName(QStringLiteral("Menu bar"));
+  menu.setAccessibleName(QStringLiteral("Tarnwick"));
   add(menu, QStringLiteral("&Open desktop"), {}, [this] { controller_.primary(); });
   stop_ = add(menu, QStringLiteral("&Stop"), {}, [this] { controller_.stop(); });
   menu.addSeparator();

@@ -6,7 +6,7 @@ from .accessibility import BUTTON, Gone
 from .waiting import wait_until
 
 # In a page the web engine announces the document itself under one of these roles.
-DOCUMENT_ROLES = ("document web", "document frame", "html container")
+DOCUMENT_ROLES = ("web document", "document web", "document frame")
 
 # A press takes effect a moment later, and a finished start shows its desktop a moment later.
 IDLE_SECONDS = 3

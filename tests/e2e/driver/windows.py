@@ -6,7 +6,7 @@ from .waiting import wait_until
 
 MENU_ITEM = "menu item"
 CHECK_BOX = "check box"
-SPIN_BUTTON = "spin button"
+SPIN_BUTTON = "spin box"
 TEXT = "text"
 
 
@@ -44,7 +44,7 @@ def replace_text(tree, name, text):
 
 def answer_panel(tree, path):
     """Types a path into the open file panel and confirms it."""
-    name = tree.wait_for(TEXT, "File name:")
+    name = wait_until(lambda: tree.find(TEXT, "File name:") or tree.find(TEXT, "Directory:"), 10, "the panel")
     wait_until(lambda: name.focused, 5, "the panel's focus")
     press_keys("ctrl+a")
     type_text(str(path))

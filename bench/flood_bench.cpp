@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
@@ -136,6 +137,7 @@ int main(int argc, char** argv) {
   screen.show();
   tarnwick::Measurement measurement(application, program);
   const int status = measurement.run();
+  std::fflush(nullptr);
   // The launch goes on without us; its worker threads end with the process.
   std::_Exit(status);
 }

@@ -17,7 +17,7 @@ PrivateDisplay::PrivateDisplay() {
     ::close(ends[0]);
     const std::string number = std::to_string(ends[1]);
     ::execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-screen", "0", "1280x900x24",
-             "-nolisten", "tcp", static_cast<char*>(nullptr));
+             "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
     ::_exit(127);
   }
   ::close(ends[1]);

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "ui/common/buttons.h"
 #include "ui/common/text_label.h"
 #include "ui/dialogs/fixed_width.h"
 
@@ -14,13 +15,6 @@ namespace tarnwick {
 namespace {
 
 constexpr int holderHeight = 100;
-
-/// A button with room around its title, which can be the default one.
-class DialogButton final : public QPushButton {
- public:
-  using QPushButton::QPushButton;
-  [[nodiscard]] QSize sizeHint() const override { return QPushButton::sizeHint() + QSize(20, 4); }
-};
 
 QPlainTextEdit* makeHolderView(const std::string& holder) {
   auto* view = new QPlainTextEdit(QString::fromStdString(holder));
@@ -70,8 +64,8 @@ void PortConflictSheet::addTexts() {
 }
 
 void PortConflictSheet::addButtons() {
-  auto* cancel = new DialogButton(QStringLiteral("Cancel"));
-  auto* use = new DialogButton(
+  auto* cancel = new PlainButton(QStringLiteral("Cancel"));
+  auto* use = new PlainButton(
       QStringLiteral("Use %1 and %2").arg(conflict_.suggestedHTTP).arg(conflict_.suggestedHTTPS));
   use->setDefault(true);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);

@@ -29,6 +29,7 @@ FolderSection::FolderSection(SettingsStore& settings, DialogService& dialogs)
 
 void FolderSection::chooseFolder() {
   PanelOptions options;
+  options.title = QStringLiteral("Share a Mac folder");
   options.acceptTitle = QStringLiteral("Share");
   dialogs_.chooseFolder(window(), options, [this](const std::optional<QString>& folder) {
     if (folder) settings_.shareFolder = folder->toStdString();
@@ -51,18 +52,18 @@ StartupSection::StartupSection(DesktopController& controller)
   addCaption(
       QStringLiteral("Colima keeps using memory while it runs. Quitting the app never stops the "
                      "desktop container by itself."));
-  connect(launchAtLogin_, &QCheckBox::clicked, this,
+  connect(launchAtLogin_, &QCheckBox::toggled, this,
           [this](bool on) { controller_.settings.setLaunchAtLogin(on); });
-  connect(colimaAtLogin_, &QCheckBox::clicked, this,
+  connect(colimaAtLogin_, &QCheckBox::toggled, this,
           [this](bool on) { controller_.setColimaAtLogin(on); });
-  connect(stopColima_, &QCheckBox::clicked, this,
+  connect(stopColima_, &QCheckBox::toggled, this,
           [this](bool on) { controller_.settings.stopColimaOnQuit = on; });
 }
 
 void StartupSection::render() {
-  launchAtLogin_->setChecked(controller_.settings.launchAtLogin.get());
-  colimaAtLogin_->setChecked(controller_.settings.colimaAtLogin.get());
-  stopColima_->setChecked(controller_.settings.stopColimaOnQuit.get());
+  showChecked(*launchAtLogin_, controller_.settings.launchAtLogin.get());
+  showChecked(*colimaAtLogin_, controller_.settings.colimaAtLogin.get());
+  showChecked(*stopColima_, controller_.settings.stopColimaOnQuit.get());
 }
 
 }  // namespace tarnwick

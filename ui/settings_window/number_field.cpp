@@ -17,9 +17,10 @@ std::optional<std::int64_t> parseInteger(const QString& text) {
 
 NumberField::NumberField(QWidget* parent) : QLineEdit(parent) {
   setText(QString::number(number_));
-  connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
+  // Not only what is typed: assistive tools replace the text as a whole.
+  connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
     const auto number = parseInteger(text);
-    if (!number) return;
+    if (!number || *number == number_) return;
     number_ = *number;
     emit typed(number_);
   });

@@ -58,7 +58,7 @@ PasswordSection::PasswordSection(SettingsStore& settings, SecretClipboard clipbo
       QStringLiteral("At present the keychain does not answer or is locked: this password is kept "
                      "only until Tarnwick quits."));
   sessionOnly_->setColorRole(ColorRole::orange);
-  connect(require_, &QCheckBox::clicked, this,
+  connect(require_, &QCheckBox::toggled, this,
           [this](bool on) { settings_.setRequirePassword(on); });
 }
 
@@ -93,7 +93,7 @@ QWidget* PasswordSection::makePasswordRow() {
 
 void PasswordSection::render() {
   const bool required = settings_.requirePassword();
-  require_->setChecked(required);
+  showChecked(*require_, required);
   row_->setVisible(required);
   caption_->setVisible(required);
   sessionOnly_->setVisible(required &&

@@ -1,6 +1,7 @@
 #include "ui/settings_window/settings_section.h"
 
 #include <QEvent>
+#include <QSignalBlocker>
 
 namespace tarnwick {
 
@@ -20,6 +21,11 @@ TextLabel* SettingsSection::addCaption(const QString& text) {
   auto* caption = new TextLabel(text, FontRole::caption, ColorRole::secondary);
   rows_->addWidget(caption);
   return caption;
+}
+
+void SettingsSection::showChecked(QCheckBox& box, bool on) {
+  const QSignalBlocker quiet(box);
+  box.setChecked(on);
 }
 
 bool SettingsSection::event(QEvent* event) {

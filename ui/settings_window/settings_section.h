@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCheckBox>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -21,6 +22,8 @@ class SettingsSection : public QWidget {
   [[nodiscard]] QVBoxLayout& rows() { return *rows_; }
   /// Adds a row of small dimmed text.
   TextLabel* addCaption(const QString& text = QString());
+  /// Ticks the box or not, without telling of it: what a box tells is what somebody switched.
+  static void showChecked(QCheckBox& box, bool on);
   bool event(QEvent* event) override;
 
  private:

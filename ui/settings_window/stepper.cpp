@@ -16,6 +16,9 @@ Stepper::Stepper(Kind kind, QWidget* parent) : QSpinBox(parent), kind_(std::move
   setSingleStep(kind_.step);
   lineEdit()->setReadOnly(true);
   setFocusPolicy(Qt::StrongFocus);
+  // Assistive tools set the number itself.
+  connect(this, &QSpinBox::valueChanged, this,
+          [this](int number) { emit stepped(std::clamp(number, kind_.minimum, kind_.maximum)); });
   show(kind_.minimum);
 }
 

@@ -3,7 +3,9 @@
 usage: run.py COUNTS-FILE TEST-FOLDER [PATTERN]
 """
 
+import os
 import pathlib
+import shutil
 import sys
 import unittest
 
@@ -31,6 +33,7 @@ class CountingResult(unittest.TextTestResult):
 
 def main(counts_file, folder, pattern="test_*.py"):
     here = pathlib.Path(__file__).resolve().parent
+    shutil.rmtree(pathlib.Path(os.environ["TARNWICK_BUILD"]) / "e2e-failures", ignore_errors=True)
     sys.path[:0] = [str(here), folder]
     suite = unittest.defaultTestLoader.discover(folder, pattern=pattern, top_level_dir=folder)
     runner = unittest.TextTestRunner(verbosity=2, resultclass=CountingResult)

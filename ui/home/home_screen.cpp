@@ -106,7 +106,7 @@ void HomeScreen::showEvent(QShowEvent* event) {
 
 void HomeScreen::render() {
   // A button that goes away hands the keyboard's focus to the one that answers it.
-  const bool starts = top_->mainButtonHasFocus();
+  const bool starts = top_->hasKeyboard();
   const bool ends = progress_->cancelHasFocus();
   top_->render();
   progress_->setVisible(showsProgress(controller_));

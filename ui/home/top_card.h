@@ -14,8 +14,9 @@ class TopCard final : public QWidget {
  public:
   explicit TopCard(DesktopController& controller, QWidget* parent = nullptr);
   void render();
+  /// The keyboard is at a control of the card; a launch disables them all.
+  [[nodiscard]] bool hasKeyboard() const { return main_->hasFocus() || picker_->hasFocus(); }
   /// Where the keyboard begins.
-  [[nodiscard]] bool mainButtonHasFocus() const { return main_->hasFocus(); }
   void focusMainButton() { main_->setFocus(Qt::OtherFocusReason); }
 
  protected:

@@ -78,8 +78,10 @@ tidy() {
     return "$status"
 }
 
+pictures() { "$root/scripts/gallery.sh" "$root/build/debug" "$root/build/gallery"; }
+
 end_to_end() {
-    export TARNWICK_BUILD=$root/build/debug
+    export TARNWICK_BUILD=$root/build/debug TARNWICK_REPORTS=$root/build/reports
     in_display /usr/bin/python3 "$root/tests/e2e/run.py" "$counts" "$root/tests/e2e"
 }
 
@@ -97,7 +99,7 @@ level "all tests, g++" debug_tests || [ -x "$root/build/debug/app/tarnwick" ] ||
 if [ "$quick" = yes ]; then
     reason="left out by --quick"
     for name in "core tests, address and undefined sanitizers" "core tests, clang, thread sanitizer" "clang-tidy" \
-        "whole program, practice engine" "whole program, real Docker engine"; do
+        "pictures of every window" "whole program, practice engine" "whole program, real Docker engine"; do
         skip "$name" "$reason"
     done
     finish
@@ -109,11 +111,13 @@ level "core tests, clang, thread sanitizer" sanitizer_tests tsan || true
 level "clang-tidy" tidy || true
 
 if [ "$built" = no ]; then
+    skip "pictures of every window" "the program was not built"
     skip "whole program, practice engine" "the program was not built"
     skip "whole program, real Docker engine" "the program was not built"
     finish
     exit
 fi
+level "pictures of every window" pictures || true
 level "whole program, practice engine" end_to_end || true
 
 if [ "$real" = no ]; then
@@ -123,4 +127,6 @@ elif ! reason=$("$root/tests/real/run.sh" --can-run); then
 else
     level "whole program, real Docker engine" real_engine || true
 fi
+summary+=("to look at: $root/build/gallery, every window light and dark, at 100 % and 200 %")
+summary+=("to look at: $root/build/reports, what assistive tools are told and what is read when a tool fails")
 finish

@@ -27,6 +27,8 @@ QPalette darkPalette() {
     palette.setColor(role, text);
     palette.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x84));
   }
+  // The style draws it as the shadow of disabled texts.
+  palette.setColor(QPalette::Light, QColor(0x1e, 0x1e, 0x20));
   palette.setColor(QPalette::Highlight, QColor(0x2a, 0x82, 0xda));
   palette.setColor(QPalette::HighlightedText, Qt::white);
   return palette;

@@ -16,6 +16,7 @@ CONTROLS = {
     "check box", "check menu item", "combo box", "entry", "link", "list", "list item", "menu item", "page tab",
     "password text", "progress bar", "push button", "radio button", "slider", "spin box", "text", "toggle button",
 }
+WINDOWS = {"alert", "alert message", "dialog", "frame", "window"}
 STATES_OF_INTEREST = ("checkable", "checked", "default", "editable", "expanded", "focusable", "focused", "read-only")
 
 
@@ -55,12 +56,14 @@ class AccessibilityReport(PracticeCase):
         self.lines.append(f"\n== {state}")
         for window in self.tree.root().children():
             if window.showing:
+                if window.role not in WINDOWS or not window.name.strip():
+                    self.nameless.append(f"{state}: the window {window.role} {window.name!r}")
                 self.lines.append(f"{window.role} {window.name!r}")
                 self.add(window, state)
 
     def finish(self, name):
         report_file(name).write_text("\n".join(self.lines).lstrip() + "\n", encoding="utf-8")
-        self.assertEqual(self.nameless, [], "controls without a name")
+        self.assertEqual(self.nameless, [], "controls without a name, and windows that do not say that they are")
 
     def test_home_desktop_and_menu(self):
         self.start_with_practice(pace=0.05, faults=("pull-hangs",))

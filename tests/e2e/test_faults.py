@@ -73,7 +73,7 @@ class Table:
         self._rows = []
 
     def add(self, faults, sentence):
-        self._rows.append((" and ".join(f"`{fault}`" for fault in faults), sentence))
+        self._rows.append((" and ".join(f"`{fault}`" for fault in faults), " ".join(sentence.split())))
 
     def write(self, name):
         lines = ["| ordered fault | what the user reads |", "|---|---|"]

@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "core/files/atomic_file.h"
+#include "ui/common/accessible_role.h"
 #include "ui/common/buttons.h"
 #include "ui/common/clipboard.h"
 #include "ui/common/separator.h"
@@ -30,6 +31,7 @@ LogsWindow::LogsWindow(LogsWindowServices services)
       feed_(services.docker, services.mainThread, [this] { render(); }) {
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(QStringLiteral("Logs"));
+  setAccessibleRole(*this, QAccessible::Window);
   view_->setAccessibleName(QStringLiteral("Log of the desktop's container"));
 
   auto* column = new QVBoxLayout;

@@ -6,6 +6,7 @@
 #include <QShortcut>
 #include <QSpacerItem>
 
+#include "ui/common/accessible_role.h"
 #include "ui/settings_window/computer_sections.h"
 #include "ui/settings_window/machine_sections.h"
 #include "ui/settings_window/maintenance_section.h"
@@ -23,6 +24,7 @@ constexpr QSize firstSize(620, 760);
 SettingsWindow::SettingsWindow(SettingsWindowServices services) : scheduler_([this] { render(); }) {
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(QStringLiteral("Settings"));
+  setAccessibleRole(*this, QAccessible::Window);
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(0, 0, 0, 0);
   // Holds the window open; with large fonts the page asks for more.

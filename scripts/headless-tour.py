@@ -2,10 +2,11 @@
 
 Runs inside in-virtual-display.sh. With --practice it is a newcomer's first start: settings, data and the practice
 engine's memory live in a folder that is gone afterwards. Without, they are those that the program has for this user,
-and a desktop that ran before keeps running.
+and a desktop that ran before keeps running. TARNWICK_TOUR_PAUSE: seconds that a desktop gets to draw itself.
 usage: headless-tour.py [--practice BUILD-FOLDER] PICTURE-FOLDER PROGRAM [ARGUMENT…]
 """
 
+import os
 import pathlib
 import sys
 import time
@@ -43,6 +44,7 @@ def take_tour(application, pictures):
 
     wait_for_desktop_screen(tree, DESKTOP_SECONDS)
     page = wait_for_document(tree)
+    time.sleep(float(os.environ.get("TARNWICK_TOUR_PAUSE", "0")))
     wait_until(lambda: is_drawn(pictures / "desktop.png", page), 30, "the desktop's picture")
     step("The desktop is shown.")
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes the build context of the full XFCE image in a folder, from Debian packages. Needs root; takes minutes and 2 GB.
-# usage: build-full.sh FOLDER       (does nothing when the folder is complete)
+# usage: build-full.sh FOLDER       (a system that is there already is kept; remove the folder to make a new one)
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 . "$here/../../../scripts/lib/say.sh"
@@ -15,12 +15,8 @@ packages=(
 [ $# -eq 1 ] || die "usage: build-full.sh FOLDER"
 [ "$(id -u)" -eq 0 ] || die "The full image can only be built as root."
 context=$1
-[ -e "$context/complete" ] && exit 0
 mkdir -p "$context"
 context=$(cd "$context" && pwd)
-mirror=$(debian_mirror)
-[ -n "$mirror" ] || die "apt on this machine knows no Debian archive to build the image from."
-
 root=$(mktemp -d)
 site=$(mktemp -d)
 cleanup() {
@@ -29,18 +25,24 @@ cleanup() {
 }
 trap cleanup EXIT
 
-debootstrap --variant=minbase bookworm "$root" "$mirror"
-mount -t proc proc "$root/proc"
-# Nothing may start inside the folder while packages are set up.
-printf '#!/bin/sh\nexit 101\n' >"$root/usr/sbin/policy-rc.d"
-chmod +x "$root/usr/sbin/policy-rc.d"
-chroot "$root" env DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-install-recommends "${packages[@]}"
-umount "$root/proc"
-rm -rf "$root"/var/cache/apt/* "$root"/var/lib/apt/lists/* "$root"/usr/share/doc/* "$root"/usr/share/man/*
-tar --numeric-owner -C "$root" -cf "$context/root.tar" .
+make_system() {
+    local mirror
+    mirror=$(debian_mirror)
+    [ -n "$mirror" ] || die "apt on this machine knows no Debian archive to build the image from."
+    debootstrap --variant=minbase bookworm "$root" "$mirror"
+    mount -t proc proc "$root/proc"
+    # Nothing may start inside the folder while packages are set up.
+    printf '#!/bin/sh\nexit 101\n' >"$root/usr/sbin/policy-rc.d"
+    chmod +x "$root/usr/sbin/policy-rc.d"
+    chroot "$root" env DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-install-recommends "${packages[@]}"
+    umount "$root/proc"
+    rm -rf "$root"/var/cache/apt/* "$root"/var/lib/apt/lists/* "$root"/usr/share/doc/* "$root"/usr/share/man/*
+    tar --numeric-owner -C "$root" -cf "$context/root.tar.new" .
+    mv "$context/root.tar.new" "$context/root.tar"
+}
+[ -e "$context/root.tar" ] || make_system
 
 mkdir -p "$site/etc/site"
 cp "$here"/site/* "$here/full/start.sh" "$here/full/locations.conf" "$site/etc/site/"
 tar --owner=0 --group=0 --numeric-owner -C "$site" -cf "$context/site.tar" .
 cp "$here/full/Dockerfile" "$context/"
-touch "$context/complete"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes the build context of the small image in a folder: layers from Debian packages, unpacked and not installed.
-# usage: build-small.sh FOLDER      (does nothing when the folder is complete)
+# usage: build-small.sh FOLDER      (does nothing when the folder is complete and no source of it has changed since)
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 . "$here/../../../scripts/lib/say.sh"
@@ -11,7 +11,11 @@ web_packages=(libcrypt1 libpcre2-8-0 zlib1g nginx)
 
 [ $# -eq 1 ] || die "usage: build-small.sh FOLDER"
 context=$1
-[ -e "$context/complete" ] && exit 0
+if [ -e "$context/complete" ] &&
+    [ -z "$(find "$here/site" "$here/small" "${BASH_SOURCE[0]}" -newer "$context/complete")" ]; then
+    exit 0
+fi
+rm -rf "$context"
 mkdir -p "$context/packages"
 context=$(cd "$context" && pwd)
 work=$(mktemp -d)

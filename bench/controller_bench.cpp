@@ -1,23 +1,13 @@
 // The log at full length, and what a launch costs beside the tools that it must run.
 
 #include <benchmark/benchmark.h>
-#include <filesystem>
 #include <thread>
 
 #include "bench/bare_spawn.h"
 #include "bench/comparison.h"
-#include "core/controller/desktop_controller.h"
-#include "core/process/cli.h"
-#include "core/process/tool_stream.h"
-#include "platform/curl_http_probe.h"
-#include "tests/support/counting_random_source.h"
+#include "bench/instant_program.h"
 #include "tests/support/listening_socket.h"
 #include "tests/support/loop_main_thread.h"
-#include "tests/support/memory_key_value_store.h"
-#include "tests/support/memory_login_item.h"
-#include "tests/support/memory_secret_service.h"
-#include "tests/support/recording_workspace.h"
-#include "tests/support/temporary_folder.h"
 
 namespace tarnwick {
 namespace {
@@ -53,38 +43,14 @@ class InstantPage {
   std::thread server_;
 };
 
-/// The controller on the real runners, with tools that answer at once and a page that is up.
-struct Program {
+/// Tools that answer at once, and a page that is up.
+struct Program : InstantProgram<LoopMainThread> {
   Program() {
     controller.settings.httpPort = page.port();
     controller.settings.httpsPort = page.port();
   }
 
-  Tools::Config config() const {
-    Tools::Config result = Tools::Config::fromProcess();
-    result.toolFolders = {folder.path()};
-    for (const char* name : {"/docker", "/colima"}) {
-      std::filesystem::create_symlink(tool, folder.path() + name);
-    }
-    return result;
-  }
-
-  TemporaryFolder folder;
   InstantPage page;
-  AppPaths paths{folder.path(), folder.path()};
-  Tools tools{config(), paths};
-  LoopMainThread mainThread;
-  ThreadPool workers;
-  CLI cli{tools, workers, mainThread};
-  MemoryKeyValueStore store;
-  MemorySecretService secrets;
-  MemoryLoginItem loginItem;
-  CountingRandomSource random;
-  CurlHttpProbe probe;
-  RecordingWorkspace workspace;
-  DesktopController controller{ControllerServices{
-      mainThread, workers, cli, tools, ToolStream::factory(tools, workers, mainThread), store,
-      secrets, loginItem, random, probe, workspace, paths, "registry.test"}};
 };
 
 /// From the press on the main button to the running desktop.

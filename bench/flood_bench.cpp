@@ -6,22 +6,12 @@
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
 #include <unistd.h>
 
-#include "core/controller/desktop_controller.h"
-#include "core/process/cli.h"
-#include "core/process/tool_stream.h"
-#include "platform/curl_http_probe.h"
+#include "bench/instant_program.h"
 #include "platform/qt/qt_main_thread.h"
-#include "tests/support/counting_random_source.h"
-#include "tests/support/memory_key_value_store.h"
-#include "tests/support/memory_login_item.h"
-#include "tests/support/memory_secret_service.h"
-#include "tests/support/recording_workspace.h"
-#include "tests/support/temporary_folder.h"
 #include "ui/common/window_opener.h"
 #include "ui/home/home_screen.h"
 
@@ -43,32 +33,7 @@ class NoWindows final : public WindowOpener {
   void openWindow(const std::string&) override {}
 };
 
-/// The controller on the real runners, with a docker that floods when it is asked to pull.
-struct Program {
-  Tools::Config config() const {
-    Tools::Config result = Tools::Config::fromProcess();
-    result.toolFolders = {folder.path()};
-    for (const char* name : {"/docker", "/colima"}) {
-      std::filesystem::create_symlink(TARNWICK_BENCH_TOOL, folder.path() + name);
-    }
-    return result;
-  }
-  TemporaryFolder folder;
-  AppPaths paths{folder.path(), folder.path()};
-  Tools tools{config(), paths};
-  QtMainThread mainThread;
-  ThreadPool workers;
-  CLI cli{tools, workers, mainThread};
-  MemoryKeyValueStore store;
-  MemorySecretService secrets;
-  MemoryLoginItem loginItem;
-  CountingRandomSource random;
-  CurlHttpProbe probe;
-  RecordingWorkspace workspace;
-  DesktopController controller{ControllerServices{
-      mainThread, workers, cli, tools, ToolStream::factory(tools, workers, mainThread), store,
-      secrets, loginItem, random, probe, workspace, paths, "registry.test"}};
-};
+using Program = InstantProgram<QtMainThread>;
 
 class Measurement {
  public:

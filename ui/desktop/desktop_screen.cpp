@@ -5,22 +5,12 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "ui/common/separator.h"
 #include "ui/common/text_label.h"
 #include "ui/desktop/full_screen.h"
 
 namespace tarnwick {
 namespace {
-
-/// A hairline between toolbar and desktop.
-class Separator final : public QWidget {
- public:
-  Separator() { setFixedHeight(1); }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter(this).fillRect(rect(), colorFor(ColorRole::track, palette()));
-  }
-};
 
 QWidget* makeMessage(const QString& text) {
   auto* area = new QWidget;

@@ -1,5 +1,6 @@
 #include "ui/desktop/desktop_screen.h"
 
+#include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -88,13 +89,21 @@ TEST_F(Desktop, AMissingModuleIsExplained) {
 
 TEST_F(Desktop, KeysOpensAndClosesTheHelp) {
   DesktopScreen& shown = open();
-  auto* popover = dynamic_cast<KeysPopover*>(QApplication::activePopupWidget());
-  EXPECT_FALSE(popover);
-  findButton(shown, "Keys")->click();
-  popover = dynamic_cast<KeysPopover*>(QApplication::activePopupWidget());
+  KeysPopover* popover = nullptr;
+  for (auto* frame : shown.findChildren<QFrame*>()) {
+    if (auto* found = dynamic_cast<KeysPopover*>(frame)) popover = found;
+  }
   ASSERT_TRUE(popover);
-  EXPECT_THAT(shownTexts(*popover), Contains("Keys and the web desktop"));
+  EXPECT_FALSE(popover->isVisible());
   findButton(shown, "Keys")->click();
+  EXPECT_TRUE(popover->isVisible());
+  EXPECT_THAT(shownTexts(*popover), Contains("Keys and the web desktop"));
+  EXPECT_TRUE(shown.rect().contains(popover->geometry()));
+  findButton(shown, "Keys")->click();
+  EXPECT_FALSE(popover->isVisible());
+
+  findButton(shown, "Keys")->click();
+  QTest::keyClick(popover, Qt::Key_Escape);
   EXPECT_FALSE(popover->isVisible());
 }
 

@@ -23,6 +23,8 @@ from driver.waiting import wait_until  # noqa: E402
 # A first start may set up a virtual machine and download an image of more than a gigabyte.
 DESKTOP_SECONDS = 45 * 60
 
+PICTURES = ("home.png", "progress.png", "desktop.png")
+
 
 def step(text):
     print(text, flush=True)
@@ -38,11 +40,9 @@ def take_tour(application, pictures):
     step("The window is open.")
 
     start(tree)
-    progress = wait_until(lambda: progress_seen(tree), 60, "the progress of the start")
-    screenshot(pictures / "progress.png")
-    step(f"The main button is pressed: {progress}")
-
-    wait_for_desktop_screen(tree, DESKTOP_SECONDS)
+    step("The main button is pressed.")
+    watcher = ProgressWatcher(tree, pictures / "progress.png")
+    wait_for_desktop_screen(tree, DESKTOP_SECONDS, watcher.look)
     page = wait_for_document(tree)
     time.sleep(float(os.environ.get("TARNWICK_TOUR_PAUSE", "0")))
     wait_until(lambda: is_drawn(pictures / "desktop.png", page), 30, "the desktop's picture")
@@ -54,12 +54,27 @@ def take_tour(application, pictures):
         step("The desktop is stopped.")
 
 
-def progress_seen(tree):
-    """The download's progress or, when there is nothing to download, that a desktop is on show already."""
-    layers = tree.find(text="layers downloaded")
-    if layers:
-        return layers.text
-    return "the image is here already" if tree.find(BUTTON, "Fullscreen") else None
+class ProgressWatcher:
+    """Takes a picture of a start on its way: of its beginning, and again when a part of the download has arrived."""
+
+    def __init__(self, tree, picture):
+        self._tree = tree
+        self._picture = picture
+        self._seen = None
+
+    def look(self):
+        if self._seen == "download":
+            return
+        layers = [text for text in self._tree.texts() if "layers downloaded" in text and not text.startswith("0 of")]
+        if layers:
+            self._take("download", layers[0])
+        elif self._seen is None and self._tree.find(BUTTON, "Cancel"):
+            self._take("beginning", "the start is on its way")
+
+    def _take(self, what, text):
+        screenshot(self._picture)
+        self._seen = what
+        step(f"Progress: {text}")
 
 
 def is_drawn(path, page):
@@ -90,7 +105,8 @@ def main(arguments):
     pictures = pathlib.Path(arguments[0]).resolve()
     pictures.mkdir(parents=True, exist_ok=True)
     log = pictures / "program.log"
-    log.unlink(missing_ok=True)
+    for old in (*(pictures / name for name in PICTURES), pictures / "failure.png", pictures / "failure.txt", log):
+        old.unlink(missing_ok=True)
     application = Application(arguments[1], log, environment, arguments[2:])
     try:
         take_tour(application, pictures)
@@ -107,8 +123,9 @@ def main(arguments):
         if folders:
             folders.clean()
     step("Pictures of the home screen, the progress and the desktop:")
-    for name in ("home.png", "progress.png", "desktop.png"):
-        step(f"  {pictures / name}")
+    for name in PICTURES:
+        # A start that is over at once shows no progress.
+        step(f"  {pictures / name}" if (pictures / name).exists() else "  (none of the progress: there was none to see)")
     return 0
 
 

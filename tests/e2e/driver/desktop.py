@@ -39,15 +39,17 @@ def start(tree):
     main_button(tree).press()
 
 
-def wait_for_desktop_screen(tree, seconds=60):
-    """Until the desktop screen's toolbar is on show. A start that has come to an end without it ends the wait too:
-    the error then holds what is to be read on the screen."""
+def wait_for_desktop_screen(tree, seconds=60, on_the_way=None):
+    """Until the desktop screen's toolbar is on show; on_the_way() is called again and again meanwhile. A start that
+    has come to an end without it ends the wait too: the error then holds what is to be read on the screen."""
     idle_since = None
 
     def there():
         nonlocal idle_since
         if tree.find(BUTTON, "Fullscreen"):
             return True
+        if on_the_way:
+            on_the_way()
         if not main_button_ready(tree):
             idle_since = None
         elif idle_since is None:

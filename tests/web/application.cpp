@@ -8,7 +8,7 @@
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
   // A machine without a camera has none to deny.
   setenv("QTWEBENGINE_CHROMIUM_FLAGS", "--use-fake-device-for-media-stream", 0);
   // The engine does not start as root with its sandbox.

@@ -21,7 +21,8 @@ namespace {
 // just ending, so it happens in a turn of its own.
 template <typename Remove>
 Task<void> runThenRemove(Task<void> task, Remove remove) {
-  co_await std::move(task);
+  // The check takes the frame's own copy of the parameter for a second use.
+  co_await std::move(task);  // NOLINT(bugprone-use-after-move)
   remove();
 }
 

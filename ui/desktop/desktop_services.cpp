@@ -59,7 +59,7 @@ QStringList DesktopServices::chooseFiles(QWidget* parent, bool allowsMultipleSel
   }
   const bool accepted = ask(*panel) == QDialog::Accepted;
   if (!panel) return {};
-  const QStringList files = accepted ? panel->selectedFiles() : QStringList();
+  QStringList files = accepted ? panel->selectedFiles() : QStringList();
   delete panel;
   return files;
 }

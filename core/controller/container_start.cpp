@@ -33,8 +33,10 @@ Task<std::optional<std::string>> ContainerStarter::startContainer(std::string do
                                                                   LaunchConfig config,
                                                                   Environment env, bool recreate) {
   const std::optional<ComposeInvocation> invocation = co_await docker_.composeInvocation();
-  if (invocation) co_return co_await composeUp(docker, *invocation, config, env, recreate);
-  co_return co_await plainRun(docker, config, env, recreate);
+  if (!invocation) {
+    co_return co_await plainRun(docker, config, env, recreate);
+  }
+  co_return co_await composeUp(docker, *invocation, config, env, recreate);
 }
 
 Task<std::optional<std::string>> ContainerStarter::composeUp(std::string docker,

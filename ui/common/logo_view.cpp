@@ -11,11 +11,18 @@
 namespace tarnwick {
 namespace {
 
-void drawBackground(QPainter& painter, double size) {
+QLinearGradient background(double size) {
   QLinearGradient gradient(0, 0, size, size);
   gradient.setColorAt(0, QColor::fromRgbF(0.25F, 0.55F, 1.0F));
   gradient.setColorAt(1, QColor::fromRgbF(0.08F, 0.20F, 0.70F));
-  painter.fillPath(continuousRectangle(QRectF(0, 0, size, size), 0.23 * size), gradient);
+  return gradient;
+}
+
+/// What of an outline lies in a rectangle. Not a clip, which the drawing as an SVG file would lose.
+QPainterPath within(const QPainterPath& outline, const QRectF& rectangle) {
+  QPainterPath path;
+  path.addRect(rectangle);
+  return outline.intersected(path);
 }
 
 /// A shadow without an image effect: rings whose opacity adds up from the blur's edge inwards.
@@ -32,8 +39,8 @@ void drawShadow(QPainter& painter, const QRectF& window, double size) {
   }
 }
 
-void drawTitleBar(QPainter& painter, const QRectF& bar, double size) {
-  painter.fillRect(bar, QColor::fromRgbF(1, 1, 1, 0.35F));
+void drawTitleBar(QPainter& painter, const QPainterPath& outline, const QRectF& bar, double size) {
+  painter.fillPath(within(outline, bar), QColor::fromRgbF(1, 1, 1, 0.35F));
   const double dot = 0.06 * size;
   double left = bar.left() + 0.06 * size;
   for (QColor color : {QColor(255, 59, 48), QColor(255, 204, 0), QColor(52, 199, 89)}) {
@@ -44,8 +51,8 @@ void drawTitleBar(QPainter& painter, const QRectF& bar, double size) {
   }
 }
 
-void drawTerminal(QPainter& painter, const QRectF& body, double size) {
-  painter.fillRect(body, QColor::fromRgbF(0, 0, 0, 0.78F));
+void drawTerminal(QPainter& painter, const QPainterPath& outline, const QRectF& body, double size) {
+  painter.fillPath(within(outline, body), QColor::fromRgbF(0, 0, 0, 0.78F));
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   font.setBold(true);
   // Outlines instead of text: the prompt keeps its place at fractional sizes and scales.
@@ -65,16 +72,16 @@ void drawLogo(QPainter& painter, double size) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  drawBackground(painter, size);
+  painter.fillPath(continuousRectangle(QRectF(0, 0, size, size), 0.23 * size), background(size));
   const QRectF window(0.17 * size, 0.25 * size, 0.66 * size, 0.5 * size);
   drawShadow(painter, window, size);
-  painter.setClipPath(continuousRectangle(window, 0.06 * size));
+  const QPainterPath outline = continuousRectangle(window, 0.06 * size);
   // The shadow lies under the whole window, whose own surfaces are translucent: start afresh.
-  drawBackground(painter, size);
+  painter.fillPath(outline, background(size));
   QRectF bar = window;
   bar.setHeight(0.16 * size);
-  drawTitleBar(painter, bar, size);
-  drawTerminal(painter, window.adjusted(0, bar.height(), 0, 0), size);
+  drawTitleBar(painter, outline, bar, size);
+  drawTerminal(painter, outline, window.adjusted(0, bar.height(), 0, 0), size);
   painter.restore();
 }
 

@@ -1,0 +1,10 @@
+complete -c tarnwick -f
+complete -c tarnwick -l launch -d 'Open the window and show the desktop'
+complete -c tarnwick -l background -d 'Start without a window'
+complete -c tarnwick -l stop -d 'Stop the desktop'
+complete -c tarnwick -l status -d 'Say whether the desktop runs'
+complete -c tarnwick -l json -d 'With --status: answer as JSON'
+complete -c tarnwick -l settings -d 'Open the settings'
+complete -c tarnwick -l logs -d 'Open the logs'
+complete -c tarnwick -l version -d 'Print the version'
+complete -c tarnwick -l help -d 'Print the options'

@@ -66,6 +66,8 @@ class DesktopController {
   [[nodiscard]] const Flavor& currentFlavor() const;
   /// Both docker and colima are found. Looks at each call.
   [[nodiscard]] bool toolsInstalled() const;
+  /// An image is on its way; where it begins and ends, values above change.
+  [[nodiscard]] bool downloading() const { return downloading_; }
   [[nodiscard]] const std::string& imageRegistry() const { return services_.imageRegistry; }
 
   // Starting.
@@ -81,6 +83,8 @@ class DesktopController {
   /// Starts the loop that adopts a running desktop and notices when it goes. Later calls do
   /// nothing.
   void startMonitor();
+  /// The monitor has looked for a running desktop at least once.
+  [[nodiscard]] bool hasLooked() const { return looked_; }
 
   // Stopping and maintenance.
 
@@ -160,7 +164,9 @@ class DesktopController {
   std::shared_ptr<LineChannel> lines_;
   CancellationSource run_;
   bool cancelRequested_ = false;
+  bool downloading_ = false;
   bool monitoring_ = false;
+  bool looked_ = false;
   PullProgress pull_;
   // Last, so that suspended tasks go before anything they use.
   TaskScope tasks_;

@@ -137,7 +137,9 @@ Task<bool> DesktopController::pullImage(std::string docker, std::string image) {
   });
   const std::vector<std::string> args{"pull", image};
   const Environment env;
+  downloading_ = true;
   const std::int32_t status = co_await stream->run(docker, args, env, std::move(sink));
+  downloading_ = false;
   if (finishedByCancel()) co_return false;
   if (status != 0) {
     fail(friendly(log->text(), "The image could not be downloaded."), 1);
@@ -169,6 +171,8 @@ Task<bool> DesktopController::checkPorts() {
 }
 
 Task<bool> DesktopController::createContainer(std::string docker, Flavor flavor, bool recreate) {
+  // Unlocked since, perhaps: a desktop without its password is worse than a moment more.
+  settings.retryKeychain();
   co_await settings.passwordLoaded();
   const std::optional<std::string> password = settings.activePassword();
   LaunchConfig config;

@@ -53,6 +53,8 @@ struct SettingsStore::Loading {
   unsigned question = 0;
   /// A password was asked for while it was not known yet whether there is one.
   bool wanted = false;
+  /// The user asked for the present password, so that it replaces whatever the keychain holds.
+  bool replaces = false;
   std::vector<std::shared_ptr<Arrival<bool>::State>> waiting;
 };
 
@@ -98,6 +100,7 @@ void SettingsStore::setRequirePassword(bool on) {
     regeneratePassword();
   } else {
     // The keychain was of no use when last asked; it may have been unlocked since.
+    passwordStorage = PasswordStorage::loading;
     askForPassword();
   }
 }
@@ -143,7 +146,21 @@ void SettingsStore::setLaunchAtLogin(bool on) {
 
 void SettingsStore::regeneratePassword() {
   password = makePassword(random_);
+  loading_->replaces = true;
   endLoading();
+  storePassword();
+}
+
+void SettingsStore::retryKeychain() {
+  if (passwordStorage.get() != PasswordStorage::sessionOnly || loading_->pending) return;
+  if (loading_->replaces) {
+    storePassword();
+  } else {
+    askForPassword();
+  }
+}
+
+void SettingsStore::storePassword() {
   tasks_.start(keepPassword(password.get()));
 }
 
@@ -155,7 +172,6 @@ Task<void> SettingsStore::keepPassword(std::string newPassword) {
 }
 
 void SettingsStore::askForPassword() {
-  passwordStorage = PasswordStorage::loading;
   loading_->pending = true;
   tasks_.start(loadPassword(++loading_->question));
 }
@@ -175,6 +191,8 @@ void SettingsStore::settlePassword(const SecretAnswer& answer) {
     regeneratePassword();
     return;
   }
+  // Of a session in which the keychain has been of no use until now.
+  if (answer.status == SecretStatus::missing && !password.get().empty()) storePassword();
   // A locked store may well hold a password: one that is made now must not replace it.
   if (makeOne) password = makePassword(random_);
   endLoading();

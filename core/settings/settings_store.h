@@ -84,6 +84,10 @@ class SettingsStore {
   /// Makes, publishes and stores a new password, whatever was there; `passwordStorage` tells, when
   /// the keychain has answered, whether it was stored.
   void regeneratePassword();
+  /// Asks a keychain that was of no use when last asked once more, and does nothing otherwise. A
+  /// new password that the user asked for is stored then. One that was made only since none could
+  /// be read is stored when the keychain has none, and gives way to the keychain's own.
+  void retryKeychain();
 
   /// Ends when no answer of the keychain is outstanding that `activePassword` depends on.
   Task<void> passwordLoaded();
@@ -100,6 +104,7 @@ class SettingsStore {
  private:
   struct Loading;
   void askForPassword();
+  void storePassword();
   Task<void> loadPassword(unsigned question);
   void settlePassword(const SecretAnswer& answer);
   void endLoading();

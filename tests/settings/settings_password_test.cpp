@@ -167,6 +167,60 @@ TEST_F(SettingsPasswordTest, APasswordThatCannotBeStoredLivesForTheSession) {
   EXPECT_EQ(storage(), PasswordStorage::keychain);
 }
 
+TEST_F(SettingsPasswordTest, AStoreThatComesUpLaterIsUsed) {
+  struct Case {
+    const char* stored;
+    bool userWantedAnother;
+    bool storedOneWins;
+  };
+  for (const Case& one : {Case{nullptr, false, false}, Case{"behind the lock", false, true},
+                          Case{"behind the lock", true, false}}) {
+    secrets.erase(SettingsStore::passwordAccount);
+    if (one.stored != nullptr) secrets.put(SettingsStore::passwordAccount, one.stored);
+    secrets.refuse(SecretStatus::locked);
+    startAndLoad();
+    if (one.userWantedAnother) settings->regeneratePassword();
+    settings->setRequirePassword(true);
+    mainThread.advance(1s);
+    const std::string ofSession = password();
+    EXPECT_EQ(ofSession.size(), 24U);
+    settings->retryKeychain();
+    mainThread.advance(1s);
+    EXPECT_EQ(password(), ofSession);
+    EXPECT_EQ(storage(), PasswordStorage::sessionOnly) << "still locked";
+
+    secrets.unlock();
+    settings->retryKeychain();
+    settings->retryKeychain();
+    mainThread.advance(1s);
+    const std::string expected = one.storedOneWins ? one.stored : ofSession;
+    EXPECT_EQ(settings->activePassword(), expected);
+    EXPECT_THAT(kept(), ElementsAre(expected));
+    EXPECT_EQ(storage(), PasswordStorage::keychain);
+    const std::size_t calls = secrets.calls().size();
+    settings->retryKeychain();
+    mainThread.advance(1s);
+    EXPECT_EQ(secrets.calls().size(), calls) << "a store that is of use is not asked again";
+  }
+}
+
+TEST_F(SettingsPasswordTest, AnotherAttemptDoesNotHideThatTheStoreIsOfNoUse) {
+  secrets.refuse(SecretStatus::unavailable);
+  startAndLoad();
+  workers.delay = 3s;
+  settings->retryKeychain();
+  mainThread.advance(1s);
+  EXPECT_EQ(storage(), PasswordStorage::sessionOnly);
+  secrets.unlock();
+  secrets.put(SettingsStore::passwordAccount, "kept before");
+  TaskScope tasks(mainThread);
+  TimePoint loaded;
+  tasks.start(noteWhenLoaded(*settings, mainThread, loaded));
+  mainThread.advance(5s);
+  EXPECT_EQ(loaded, TimePoint() + 3s) << "a launch waits for the answer";
+  EXPECT_EQ(password(), "kept before");
+}
+
 TEST_F(SettingsPasswordTest, NeverReachesTheKeyValueStore) {
   startAndLoad();
   settings->setRequirePassword(true);

@@ -28,6 +28,10 @@ class MemorySecretService final : public SecretService {
     const std::lock_guard lock(mutex_);
     items_[{"Tarnwick", account}] = {bytes};
   }
+  void erase(const std::string& account) {
+    const std::lock_guard lock(mutex_);
+    items_.erase({"Tarnwick", account});
+  }
   /// The items of the account, oldest first.
   [[nodiscard]] std::vector<std::string> items(const std::string& account) {
     const std::lock_guard lock(mutex_);

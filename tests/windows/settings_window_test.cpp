@@ -257,6 +257,15 @@ TEST_F(SettingsWindowTest, SaysWhenThePasswordIsNotKept) {
   secrets.refuse(SecretStatus::locked);
   press("New password");
   EXPECT_TRUE(shownTexts(*window).contains(sentence));
+  settings.password = "";
+  settle();
+  EXPECT_TRUE(shownTexts(*window).filter("without it there is no password").size() == 1);
+
+  secrets.unlock();
+  open();
+  settle();
+  EXPECT_TRUE(shownTexts(*window).filter("At present the keychain").isEmpty())
+      << "it is asked again when the window opens";
 }
 
 TEST_F(SettingsWindowTest, SharesAFolderAndStops) {

@@ -9,6 +9,18 @@
 namespace tarnwick {
 namespace {
 
+/// What the user is to know while the keychain is of no use.
+QString keychainSentence(bool hasPassword) {
+  if (hasPassword) {
+    return QStringLiteral(
+        "At present the keychain does not answer or is locked: this password is kept only until "
+        "Tarnwick quits.");
+  }
+  return QStringLiteral(
+      "At present the keychain does not answer or is locked: without it there is no password, and "
+      "a new one is kept only until Tarnwick quits.");
+}
+
 QFont passwordFont() {
   QFont font = fontFor(FontRole::mono);
   const QFont body = fontFor(FontRole::body);
@@ -54,12 +66,12 @@ PasswordSection::PasswordSection(SettingsStore& settings, SecretClipboard clipbo
   rows().addWidget(row_);
   caption_ = addCaption(QStringLiteral(
       "Stored in your Keychain. The app signs in for you; you only need it for a browser."));
-  sessionOnly_ = addCaption(
-      QStringLiteral("At present the keychain does not answer or is locked: this password is kept "
-                     "only until Tarnwick quits."));
+  sessionOnly_ = addCaption(QString());
   sessionOnly_->setColorRole(ColorRole::orange);
   connect(require_, &QCheckBox::toggled, this,
           [this](bool on) { settings_.setRequirePassword(on); });
+  // Somebody who looks here may just have unlocked it.
+  settings_.retryKeychain();
 }
 
 QWidget* PasswordSection::makePasswordRow() {
@@ -96,6 +108,7 @@ void PasswordSection::render() {
   showChecked(*require_, required);
   row_->setVisible(required);
   caption_->setVisible(required);
+  sessionOnly_->setText(keychainSentence(!settings_.password.get().empty()));
   sessionOnly_->setVisible(required &&
                            settings_.passwordStorage.get() == PasswordStorage::sessionOnly);
   if (showPassword_) {

@@ -1,5 +1,6 @@
 #include "platform/xdg_login_item.h"
 
+#include <cstdlib>
 #include <fmt/format.h>
 #include <map>
 #include <sstream>
@@ -73,6 +74,19 @@ std::map<std::string, std::string> parseEntry(const std::string& text) {
   return values;
 }
 
+/// Whether a list of an entry ("GNOME;XFCE;") names one of the desktops of this session.
+bool namesThisDesktop(const std::string& list) {
+  const char* desktops = std::getenv("XDG_CURRENT_DESKTOP");
+  std::istringstream present(desktops != nullptr ? desktops : "");
+  for (std::string desktop; std::getline(present, desktop, ':');) {
+    std::istringstream named(list);
+    for (std::string name; std::getline(named, name, ';');) {
+      if (!name.empty() && name == desktop) return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 XdgLoginItem::XdgLoginItem(const std::string& configFolder, std::string program)
@@ -107,7 +121,12 @@ bool XdgLoginItem::isEnabled() const {
     const auto found = values.find(key);
     return found != values.end() && found->second == value;
   };
-  return values.contains("Exec") && !is("Hidden", "true") && !is(switchKey, "false");
+  if (!values.contains("Exec") || is("Hidden", "true") || is(switchKey, "false")) return false;
+  // Some desktops' tools switch an entry off for themselves alone.
+  const auto onlyIn = values.find("OnlyShowIn");
+  const auto notIn = values.find("NotShowIn");
+  return (onlyIn == values.end() || namesThisDesktop(onlyIn->second)) &&
+         (notIn == values.end() || !namesThisDesktop(notIn->second));
 }
 
 }  // namespace tarnwick

@@ -7,7 +7,8 @@
 namespace tarnwick {
 
 /// The entry `tarnwick.desktop` among the programs that the desktop starts at login. An entry that
-/// the user has switched off with a tool of the desktop counts as not enabled.
+/// the user has switched off with a tool of the desktop, for all desktops or for the present one,
+/// counts as not enabled.
 class XdgLoginItem final : public LoginItem {
  public:
   /// `configFolder` is the user's configuration folder, `program` the absolute path of ours.

@@ -69,17 +69,25 @@ TEST(LoginItem, SeesWhatToolsOfTheDesktopSwitchedOff) {
     bool enabled;
   };
   const std::string start = "[Desktop Entry]\nType=Application\nExec=tarnwick\n";
+  ::setenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME", 1);
   for (const Case& one :
        {Case{entry + "Hidden=true\n", false}, Case{start + " Hidden = true \r\n", false},
         Case{start + "X-GNOME-Autostart-enabled=false\n", false},
         Case{start + "Hidden=false\n", true},
         Case{start + "[Desktop Action x]\nHidden=true\n", true},
+        Case{start + "OnlyShowIn=XFCE;GNOME;\n", true}, Case{start + "OnlyShowIn=XFCE;\n", false},
+        Case{start + "NotShowIn=ubuntu\n", false}, Case{start + "NotShowIn=KDE;\n", true},
         Case{"# Hidden=true\n" + start, true}, Case{"", false}, Case{"\xff\xfe no entry", false}}) {
     writeText(path, one.text);
     EXPECT_EQ(item.isEnabled(), one.enabled) << one.text;
   }
-  item.registerItem();
-  EXPECT_TRUE(item.isEnabled());
+  for (const char* line :
+       {"Hidden=true\n", "X-GNOME-Autostart-enabled=false\n", "NotShowIn=GNOME;\n"}) {
+    writeText(path, start + line);
+    item.registerItem();
+    EXPECT_TRUE(item.isEnabled()) << line;
+  }
+  ::unsetenv("XDG_CURRENT_DESKTOP");
 }
 
 TEST(LoginItem, AnErrorShowsInTheStatusOnly) {

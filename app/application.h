@@ -1,21 +1,8 @@
 #pragma once
 
 #include <optional>
-#include <string>
-#include <vector>
 
-#include "core/async/worker_queue.h"
-#include "core/controller/desktop_controller.h"
-#include "core/process/cli.h"
-#include "core/process/tools.h"
-#include "core/settings/app_paths.h"
-#include "platform/curl_http_probe.h"
-#include "platform/json_key_value_store.h"
-#include "platform/libsecret_service.h"
-#include "platform/qt/qt_main_thread.h"
-#include "platform/qt/qt_workspace.h"
-#include "platform/system_random.h"
-#include "platform/xdg_login_item.h"
+#include "app/backend.h"
 #include "ui/common/dialog_service.h"
 #include "ui/common/render_scheduler.h"
 #include "ui/common/window_opener.h"
@@ -25,41 +12,29 @@
 
 namespace tarnwick {
 
-/// Everything that lives as long as the process, each part made from those before it. Needs a
-/// QApplication; interface thread.
+/// The windows, the web view and the tray item on top of the backend, which outlives it. Needs a
+/// QApplication and lives as long as the process; interface thread.
 class Application {
  public:
-  explicit Application(const AppPaths& paths);
+  explicit Application(Backend& backend);
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
 
-  void showMainWindow() { windows_.openWindow(mainWindowId); }
+  [[nodiscard]] WindowOpener& windows() { return windows_; }
+
   /// Asks the desktop for a place in its tray, which takes some messages back and forth.
   void showTrayItem();
+  /// Whether the user can reach the application by its tray item.
+  [[nodiscard]] static bool isInTray();
 
   /// The last steps before the process ends: the windows go, and Colima stops if the user wants it.
   void finish();
 
  private:
   void addWindows();
-  void tellProblem(const std::string& sentence);
   void watchPhase();
 
-  const AppPaths paths_;
-  QtMainThread mainThread_;
-  ThreadPool workers_;
-  Tools tools_;
-  CLI cli_;
-  std::vector<std::string> earlyProblems_;
-  DesktopController* listening_ = nullptr;  ///< takes problems once there is a controller
-  JsonKeyValueStore store_;
-  LibsecretService secrets_;
-  XdgLoginItem loginItem_;
-  SystemRandom random_;
-  CurlHttpProbe httpProbe_;
-  QtWorkspace workspace_;
-  DesktopController controller_;
-  Docker docker_;  ///< for the logs window
+  Backend& backend_;
   QtDialogService dialogs_;
   WebModuleLoader web_;
   DesktopServices desktopServices_;

@@ -39,7 +39,7 @@ int run(QApplication& qt) {
   SingleInstance instance(QString::fromStdString(paths.supportDir()));
   Application* application = nullptr;
   const auto raise = [&application] {
-    if (application) application->showMainWindow();
+    if (application) application->windows().openWindow(mainWindowId);
   };
   switch (instance.enter(raise)) {
     case SingleInstance::Role::raisedOther:
@@ -51,10 +51,11 @@ int run(QApplication& qt) {
       break;
   }
   // Never deleted: tasks on worker threads may be in the middle of a tool's run when the process
-  // ends, and use it until then.
-  application = new Application(paths);
+  // ends, and use them until then.
+  auto* backend = new Backend(paths);
+  application = new Application(*backend);
   const QuitSignals quitSignals([] { QApplication::quit(); });
-  application->showMainWindow();
+  raise();
   // After the first picture, which it would delay.
   QTimer::singleShot(0, &qt, [application] { application->showTrayItem(); });
   const int status = QApplication::exec();

@@ -55,7 +55,7 @@ std::optional<std::string> socketName(const std::string& address) {
   std::istringstream pairs(address.substr(std::strlen(transport)));
   for (std::string pair; std::getline(pairs, pair, ',');) {
     if (pair.starts_with("path=")) return unescaped(pair.substr(5));
-    if (pair.starts_with("abstract=")) return std::string(1, '\0') + unescaped(pair.substr(9));
+    if (pair.starts_with("abstract=")) return '\0' + unescaped(pair.substr(9));
   }
   return std::nullopt;
 }

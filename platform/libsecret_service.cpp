@@ -1,11 +1,10 @@
 #include "platform/libsecret_service.h"
 
-#include <cstdlib>
 #include <libsecret/secret.h>
-#include <unistd.h>
 #include <vector>
 
 #include "platform/glib_call.h"
+#include "platform/session_bus.h"
 #include "platform/unprompted_service.h"
 
 namespace tarnwick {
@@ -53,14 +52,6 @@ Attributes attributesOf(const SecretKey& key) {
                                             key.account.c_str(), nullptr));
 }
 
-/// Without an address the library would start a bus of its own, which has no store.
-bool sessionBusIsNamed() {
-  if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS")) return *address != '\0';
-  const char* runtimeFolder = std::getenv("XDG_RUNTIME_DIR");
-  return runtimeFolder != nullptr && *runtimeFolder == '/' &&
-         ::access((std::string(runtimeFolder) + "/bus").c_str(), F_OK) == 0;
-}
-
 /// One exchange with the store, on a connection that ends with it. Where an operation gives no
 /// answer, `status` tells why.
 class Exchange {
@@ -68,7 +59,7 @@ class Exchange {
   explicit Exchange(std::chrono::milliseconds limit) : call_(limit) {}
 
   bool open() {
-    if (!sessionBusIsNamed()) return false;
+    if (sessionBusAddress().empty()) return false;
     ErrorHolder holder;
     g_bus_get(G_BUS_TYPE_SESSION, call_.cancellable(), &GlibCall::arrived, &call_);
     bus_.reset(g_bus_get_finish(call_.wait().get(), &holder.error));

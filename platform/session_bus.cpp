@@ -93,13 +93,15 @@ bool isGreeted(const Socket& socket, std::chrono::milliseconds limit) {
   }
 }
 
+}  // namespace
+
 std::string sessionBusAddress() {
   if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS")) return address;
   const char* runtimeFolder = std::getenv("XDG_RUNTIME_DIR");
-  return runtimeFolder == nullptr ? "" : fmt::format("unix:path={}/bus", runtimeFolder);
+  if (runtimeFolder == nullptr || *runtimeFolder != '/') return "";
+  const std::string path = fmt::format("{}/bus", runtimeFolder);
+  return ::access(path.c_str(), F_OK) == 0 ? "unix:path=" + path : "";
 }
-
-}  // namespace
 
 bool busIsSilent(const std::string& address, std::chrono::milliseconds limit) {
   std::istringstream choices(address);

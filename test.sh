@@ -9,7 +9,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
 usage() {
     cat <<'TEXT'
-usage: ./test.sh [--quick] [--real-engine] [--help]
+usage: ./test.sh [--quick] [--real-engine] [--package] [--help]
 
 Installs what is missing with apt (after saying what), builds, and runs the test levels one after the other. The last
 line adds them up.
@@ -17,15 +17,19 @@ line adds them up.
   --quick         the checks of the sources, and the tests of one build
   --real-engine   also the tests on a real Docker engine, started for them alone: installs Debian's docker.io and
                   docker-registry, and needs root (or sudo)
+  --package       also the Debian package: made from a release build, installed, upgraded and removed in a fresh
+                  system in a folder; needs root (or sudo) and downloads some 200 MB once
 TEXT
 }
 
 quick=no
 real=no
+package=no
 for argument in "$@"; do
     case $argument in
         --quick) quick=yes ;;
         --real-engine) real=yes ;;
+        --package) package=yes ;;
         --help | -h)
             usage
             exit 0
@@ -39,6 +43,7 @@ done
 
 groups=(build run headless test)
 [ "$real" = no ] || groups+=(real)
+[ "$package" = no ] || groups+=(package)
 bash "$root/scripts/install-packages.sh" "${groups[@]}"
 mkdir -p "$logs"
 
@@ -87,6 +92,13 @@ end_to_end() {
     in_display /usr/bin/python3 "$root/tests/e2e/run.py" "$counts" "$root/tests/e2e"
 }
 
+desktop_files() { "$root/tests/package/check-installed-files.sh" "$root/build/debug" "$counts"; }
+
+fresh_debian() {
+    build release || return 1
+    "$root/tests/package/run.sh" "$root/build/release" "$counts"
+}
+
 real_engine() { "$root/tests/real/run.sh" "$root/build/debug" "$counts"; }
 
 level "source format" check_format || true
@@ -98,10 +110,17 @@ level "shell scripts" check_shell_scripts || true
 built=yes
 level "all tests, g++" debug_tests || [ -x "$root/build/debug/app/tarnwick" ] || built=no
 
+if [ "$built" = yes ]; then
+    level "desktop files" desktop_files || true
+else
+    skip "desktop files" "the program was not built"
+fi
+
 if [ "$quick" = yes ]; then
     reason="left out by --quick"
     for name in "core tests, address and undefined sanitizers" "core tests, clang, thread sanitizer" "clang-tidy" \
-        "pictures of every window" "whole program, practice engine" "whole program, real Docker engine"; do
+        "pictures of every window" "whole program, practice engine" "whole program, real Docker engine" \
+        "package in a fresh Debian"; do
         skip "$name" "$reason"
     done
     finish
@@ -117,6 +136,7 @@ if [ "$built" = no ]; then
     skip "pictures of every window" "the program was not built"
     skip "whole program, practice engine" "the program was not built"
     skip "whole program, real Docker engine" "the program was not built"
+    skip "package in a fresh Debian" "the program was not built"
     finish
     exit
 fi
@@ -129,6 +149,14 @@ elif ! reason=$("$root/tests/real/run.sh" --can-run); then
     skip "whole program, real Docker engine" "$reason"
 else
     level "whole program, real Docker engine" real_engine || true
+fi
+
+if [ "$package" = no ]; then
+    skip "package in a fresh Debian" "runs with --package only, since it builds the release and makes a whole system"
+elif ! reason=$("$root/tests/package/run.sh" --can-run); then
+    skip "package in a fresh Debian" "$reason"
+else
+    level "package in a fresh Debian" fresh_debian || true
 fi
 summary+=("to look at: $root/build/gallery, every window light and dark, at 100 % and 200 %")
 summary+=("to look at: $root/build/reports, what assistive tools are told and what is read when a tool fails")

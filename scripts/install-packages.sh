@@ -17,7 +17,7 @@ if ! is_debian_like; then
              libsecret 0.20, libcurl 7.88, OpenSSL 3, nlohmann-json 3.11, fmt 9, utf8proc 2.8, cpp-httplib 0.11
   to run     lsof; without a display also Xvfb, openbox, D-Bus, AT-SPI 2, PyGObject, ImageMagick, xdotool
   to test    GoogleTest 1.12, Google Benchmark 1.7, clang 14 with its sanitizers, clang-tidy 14, clang-format 14,
-             gnome-keyring, strace, iproute2
+             gnome-keyring, strace, iproute2, appstream, desktop-file-utils, groff
 
 Then build with: cmake --preset release && cmake --build build/release, and start build/release/app/tarnwick."
     exit 1

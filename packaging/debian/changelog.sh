@@ -5,13 +5,25 @@ set -eu
 
 maintainer="Tarnwick developers <tarnwick@localhost.invalid>"
 
-release_days() { sed -n 's/^## [0-9.]* - \(....-..-..\)$/\1/p' "$1"; }
-
 # One line a release, in the order of the file: its day as Debian writes it.
-days=$(release_days "$1" | while read -r day; do LC_ALL=C date -u -R -d "$day"; done)
+days=$(sed -n 's/^## [0-9.]* - \(....-..-..\)$/\1/p' "$1" | while read -r day; do LC_ALL=C date -u -R -d "$day"; done)
 
-DAYS=$days awk -v maintainer="$maintainer" '
-    function close_release() { if (version) printf "\n -- %s  %s\n\n", maintainer, days[count] }
+# Debian keeps lines below 80 columns.
+DAYS=$days awk -v maintainer="$maintainer" -v columns=78 '
+    function close_item(   line, n, i, words) {
+        n = split(item, words, " ")
+        line = "  *"
+        for (i = 1; i <= n; i++) {
+            if (length(line " " words[i]) > columns) { print line; line = "   " }
+            line = line " " words[i]
+        }
+        if (n) print line
+        item = ""
+    }
+    function close_release() {
+        close_item()
+        if (version) printf "\n -- %s  %s\n\n", maintainer, days[count]
+    }
     BEGIN { split(ENVIRON["DAYS"], days, "\n") }
     /^## / {
         close_release()
@@ -20,7 +32,8 @@ DAYS=$days awk -v maintainer="$maintainer" '
         next
     }
     !version { next }
-    /^- / { sub(/^- /, "  * "); print; next }
-    /^  [^ ]/ { print "  " $0 }
+    /^- / { close_item(); item = substr($0, 3); next }
+    /^  [^ ]/ && item { item = item " " $0; next }
+    { close_item() }
     END { close_release() }
 ' "$1" >"$2"

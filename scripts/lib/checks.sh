@@ -24,7 +24,7 @@ check_coroutines() {
 
 check_shell_scripts() {
     local files
-    mapfile -t files < <(project_files '*.sh' .ci/run tests/real/tools/colima)
+    mapfile -t files < <(project_files '*.sh' '*.bash' packaging/debian/postrm .ci/run tests/real/tools/colima)
     (cd "$root" && shellcheck --external-sources --source-path=SCRIPTDIR "${files[@]}")
 }
 

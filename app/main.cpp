@@ -1,17 +1,18 @@
-#include <QApplication>
-#include <QTimer>
+#include <QGuiApplication>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
+#include <string>
 #include <sys/resource.h>
+#include <variant>
+#include <vector>
 
-#include "app/application.h"
-#include "app/quit_signals.h"
+#include "app/activation.h"
+#include "app/command_line.h"
 #include "app/single_instance.h"
+#include "app/windowed_run.h"
+#include "app/windowless_run.h"
 #include "core/settings/app_paths.h"
 #include "platform/user_folders.h"
-#include "ui/common/font_changes.h"
-#include "ui/common/logo_view.h"
 
 namespace tarnwick {
 namespace {
@@ -29,38 +30,57 @@ void nameProgram() {
   QGuiApplication::setDesktopFileName(QStringLiteral("tarnwick"));
 }
 
-int run(QApplication& qt) {
-  qt.setWindowIcon(logoIcon());
-  const FontChanges fontChanges(qt);
-  // Closing every window leaves the application running, to be reached by its tray item or by
-  // starting it once more.
-  QApplication::setQuitOnLastWindowClosed(false);
+int tell(const Answer& answer) {
+  const bool isAnswer = answer.code == ExitCode::done || answer.code == ExitCode::notRunning;
+  if (!answer.text.empty()) std::fprintf(isAnswer ? stdout : stderr, "%s\n", answer.text.c_str());
+  return static_cast<int>(answer.code);
+}
+
+int tell(Information wanted) {
+  if (wanted == Information::help) {
+    std::fputs(helpText(), stdout);
+  } else {
+    std::puts("tarnwick " TARNWICK_VERSION);
+  }
+  return EXIT_SUCCESS;
+}
+
+int tell(const WrongUse& wrong) {
+  std::fprintf(stderr, "tarnwick: %s Try \"tarnwick --help\".\n", wrong.sentence.c_str());
+  return static_cast<int>(ExitCode::wrongUse);
+}
+
+bool needsWindows(Wish wish) {
+  return wish != Wish::stop && wish != Wish::status && wish != Wish::statusJson;
+}
+
+int fulfil(int argc, char** argv, Wish wish) {
+  nameProgram();
   const AppPaths paths(userDataFolder(), userHomeFolder());
-  SingleInstance instance(QString::fromStdString(paths.supportDir()));
-  Application* application = nullptr;
-  const auto raise = [&application] {
-    if (application) application->windows().openWindow(mainWindowId);
-  };
-  switch (instance.enter(raise)) {
-    case SingleInstance::Role::raisedOther:
-      return EXIT_SUCCESS;
+  SingleInstance instance(paths.supportDir());
+  const Request request{wish, activationTokenOfThisStart()};
+  const SingleInstance::Entry entry =
+      needsWindows(wish) ? instance.enter(request) : instance.passOn(request);
+  switch (entry.role) {
+    case SingleInstance::Role::passedOn:
+      return tell(entry.answer);
     case SingleInstance::Role::otherIsSilent:
-      std::fputs("Tarnwick is running already, but does not answer.\n", stderr);
-      return EXIT_FAILURE;
+      return tell({ExitCode::failed, "Tarnwick is running already, but does not answer."});
     case SingleInstance::Role::first:
       break;
   }
-  // Never deleted: tasks on worker threads may be in the middle of a tool's run when the process
-  // ends, and use them until then.
-  auto* backend = new Backend(paths);
-  application = new Application(*backend);
-  const QuitSignals quitSignals([] { QApplication::quit(); });
-  raise();
-  // After the first picture, which it would delay.
-  QTimer::singleShot(0, &qt, [application] { application->showTrayItem(); });
-  const int status = QApplication::exec();
-  application->finish();
-  return status;
+  if (!needsWindows(wish)) return tell(runWithoutWindows(argc, argv, paths, wish));
+  if (!hasDisplay(argc, argv)) {
+    return tell({ExitCode::failed, "There is no display to open a window on."});
+  }
+  return runWithWindows(argc, argv, paths, wish, instance);
+}
+
+int run(int argc, char** argv) {
+  const CommandLine wanted = parseCommandLine(std::vector<std::string>(argv + 1, argv + argc));
+  if (const auto* wish = std::get_if<Wish>(&wanted)) return fulfil(argc, argv, *wish);
+  if (const auto* information = std::get_if<Information>(&wanted)) return tell(*information);
+  return tell(std::get<WrongUse>(wanted));
 }
 
 }  // namespace
@@ -68,12 +88,9 @@ int run(QApplication& qt) {
 
 int main(int argc, char** argv) {
   tarnwick::forbidCoreDumps();
-  tarnwick::nameProgram();
-  auto qt = std::make_unique<QApplication>(argc, argv);
-  const int status = tarnwick::run(*qt);
-  // Qt and the web engine end in order. What is left are worker threads that wait for tools; the
-  // process ends without them, so no destructor of a static object may run under their feet.
-  qt.reset();
+  const int status = tarnwick::run(argc, argv);
+  // Qt and the web engine have ended in order. What is left are worker threads that wait for tools;
+  // the process ends without them, so no destructor of a static object may run under their feet.
   std::fflush(nullptr);
   std::_Exit(status);
 }

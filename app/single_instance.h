@@ -1,34 +1,48 @@
 #pragma once
 
-#include <QString>
 #include <functional>
-#include <memory>
+#include <string>
+#include <utility>
+
+#include "app/instance_lock.h"
+#include "app/wish.h"
+#include "app/wish_client.h"
 
 namespace tarnwick {
 
 /// Sees to it that one process at a time works with the user's data: two would fight over the
-/// container and over the web view's storage. Interface thread.
+/// container and over the web view's storage. Needs neither an event loop nor a display.
 class SingleInstance {
  public:
   /// `folder` holds the data that one process is to have for itself, and exists.
-  explicit SingleInstance(const QString& folder);
-  SingleInstance(const SingleInstance&) = delete;
-  SingleInstance& operator=(const SingleInstance&) = delete;
-  ~SingleInstance();
+  explicit SingleInstance(std::string folder, AnswerLimits limits = {});
 
   enum class Role {
-    first,         ///< this process is the one
-    raisedOther,   ///< another one is, and has been asked to show its window
+    first,         ///< this process is the one, or may go on alone
+    passedOn,      ///< another one is, and has answered
     otherIsSilent  ///< another one is, and does not answer
   };
+  struct Entry {
+    Role role = Role::first;
+    Answer answer;  ///< the other's, when the request was passed on
+  };
 
-  /// Becomes the one process, or asks the other to show itself, which takes 5 seconds at most.
-  /// `onRaise` is called from the event loop whenever a later process asks for that.
-  Role enter(std::function<void()> onRaise);
+  /// Becomes the one process until this object goes, or passes the request on to the one there is.
+  /// Blocks at most for the limits.
+  Entry enter(const Request& request);
+  /// Passes the request on when there is such a process, and never becomes it.
+  Entry passOn(const Request& request);
+
+  /// The socket where later processes' requests arrive, once `enter` has made this process the one;
+  /// none when there is none. They wait there from the beginning.
+  FileDescriptor takeSocket() { return std::move(socket_); }
 
  private:
-  class Guard;
-  std::unique_ptr<Guard> guard_;
+  Entry passOnOr(const Request& request, const std::function<void()>& whenNobodyIsThere);
+
+  InstanceLock lock_;
+  AnswerLimits limits_;
+  FileDescriptor socket_;
 };
 
 }  // namespace tarnwick

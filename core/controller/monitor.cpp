@@ -29,6 +29,7 @@ void DesktopController::startMonitor() {
 Task<void> DesktopController::monitorLoop() {
   while (true) {
     co_await pollOnce();
+    looked_ = true;
     CancellationToken never;
     co_await sleepFor(services_.mainThread, 6s, std::move(never));
   }

@@ -22,6 +22,9 @@ class FileDescriptor {
   [[nodiscard]] int get() const { return number_; }
   [[nodiscard]] explicit operator bool() const { return number_ >= 0; }
 
+  /// Hands the descriptor to the caller, who closes it.
+  [[nodiscard]] int release() { return std::exchange(number_, -1); }
+
   void reset(int number = -1) {
     if (number_ >= 0) ::close(number_);
     number_ = number;

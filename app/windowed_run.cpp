@@ -1,0 +1,88 @@
+#include "app/windowed_run.h"
+
+#include <QApplication>
+#include <QTimer>
+#include <QWindow>
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <string_view>
+
+#include "app/activation.h"
+#include "app/application.h"
+#include "app/quit_signals.h"
+#include "app/request_handler.h"
+#include "app/wish_server.h"
+#include "ui/common/font_changes.h"
+#include "ui/common/logo_view.h"
+
+namespace tarnwick {
+namespace {
+
+using namespace std::chrono_literals;
+
+// A tray may come up together with us, when both are started at login.
+constexpr auto patienceForTray = 2s;
+
+bool isSet(const char* name) {
+  const char* value = std::getenv(name);
+  return value && *value;
+}
+
+/// Whoever has no window and no tray item could never be reached.
+void openWindowWithoutTray(QApplication& qt, WindowOpener& windows) {
+  QTimer::singleShot(patienceForTray, &qt, [&windows] {
+    const QList<QWindow*> present = QApplication::topLevelWindows();
+    const bool hasWindow = std::ranges::any_of(present, &QWindow::isVisible);
+    if (!hasWindow && !Application::isInTray()) windows.openWindow(mainWindowId);
+  });
+}
+
+int runLoop(QApplication& qt, const AppPaths& paths, Wish wish, SingleInstance& instance) {
+  // Never deleted: tasks on worker threads may be in the middle of a tool's run when the process
+  // ends, and use them until then.
+  auto* backend = new Backend(paths);
+  auto* application = new Application(*backend);
+  auto* handler =
+      new RequestHandler(backend->controller(), backend->cli(), backend->tools(),
+                         backend->mainThread(), [application](const char* id, const auto& token) {
+                           useActivationToken(token);
+                           application->windows().openWindow(id);
+                         });
+  const QuitSignals quitSignals([] { QApplication::quit(); });
+  // The main window would do so too, but may not be opened for long.
+  backend->controller().startMonitor();
+  handler->handle({wish, {}}, [](const Answer&) {});
+  if (wish == Wish::background) openWindowWithoutTray(qt, application->windows());
+  // After the first picture, which they would delay.
+  QTimer::singleShot(0, &qt, [application] { application->showTrayItem(); });
+  const WishServer server(instance.takeSocket(), [handler](const Request& request, Reply reply) {
+    handler->handle(request, std::move(reply));
+  });
+  const int status = QApplication::exec();
+  application->finish();
+  return status;
+}
+
+}  // namespace
+
+bool hasDisplay(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view argument = argv[i];
+    if (argument == "-platform" || argument == "--platform") return true;
+  }
+  return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+}
+
+int runWithWindows(int& argc, char** argv, const AppPaths& paths, Wish wish,
+                   SingleInstance& instance) {
+  QApplication qt(argc, argv);
+  qt.setWindowIcon(logoIcon());
+  const FontChanges fontChanges(qt);
+  // Closing every window leaves the application running, to be reached by its tray item or by
+  // starting it once more.
+  QApplication::setQuitOnLastWindowClosed(false);
+  return runLoop(qt, paths, wish, instance);
+}
+
+}  // namespace tarnwick

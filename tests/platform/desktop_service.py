@@ -39,6 +39,7 @@ SERVICES = {
     <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="as" direction="in"/>
     <arg type="a{sv}" direction="in"/><arg type="i" direction="in"/><arg type="u" direction="out"/>
   </method>
+  <method name="GetCapabilities"><arg type="as" direction="out"/></method>
   <method name="CloseNotification"><arg type="u" direction="in"/></method>
   <signal name="ActionInvoked"><arg type="u"/><arg type="s"/></signal>
   <signal name="NotificationClosed"><arg type="u"/><arg type="u"/></signal>
@@ -80,6 +81,8 @@ class Service:
             invocation.return_dbus_error("org.freedesktop.DBus.Error.AccessDenied", "refused by the test")
         elif method == "Inhibit":
             self.promise(sender, invocation)
+        elif method == "GetCapabilities":
+            invocation.return_value(GLib.Variant("(as)", (["actions", "body", "body-markup"],)))
         elif method == "Notify":
             self.last_id = arguments.unpack()[1] or self.last_id + 1
             invocation.return_value(GLib.Variant("(u)", (self.last_id,)))

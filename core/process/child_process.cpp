@@ -43,12 +43,11 @@ bool moveAboveStandard(FileDescriptor& end) {
   return static_cast<bool>(end);
 }
 
+/// Both ends block: ours is read only after something in it was announced.
 std::optional<Pipe> makePipe() {
   int ends[2];
   if (::pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
   Pipe pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-  // Only our end: the tool's own writes must block.
-  if (::fcntl(pipe.readEnd.get(), F_SETFL, O_NONBLOCK) != 0) return std::nullopt;
   if (!moveAboveStandard(pipe.readEnd) || !moveAboveStandard(pipe.writeEnd)) return std::nullopt;
   return pipe;
 }

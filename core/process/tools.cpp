@@ -86,11 +86,18 @@ std::optional<std::string> Tools::find(const std::string& name) const {
   return std::nullopt;
 }
 
+const Environment& Tools::environment() const {
+  std::call_once(environmentOnce_, [this] {
+    environment_ = config_.inherited;
+    environment_.insert_or_assign("PATH", searchPath_);
+    environment_.insert_or_assign("HOMEBREW_NO_ENV_HINTS", std::string("1"));
+    for (const auto& [name, value] : dockerOverride()) environment_.insert_or_assign(name, value);
+  });
+  return environment_;
+}
+
 Environment Tools::environment(const Environment& extra) const {
-  Environment result = config_.inherited;
-  result.insert_or_assign("PATH", searchPath_);
-  result.insert_or_assign("HOMEBREW_NO_ENV_HINTS", std::string("1"));
-  for (const auto& [name, value] : dockerOverride()) result.insert_or_assign(name, value);
+  Environment result = environment();
   for (const auto& [name, value] : extra) result.insert_or_assign(name, value);
   return result;
 }

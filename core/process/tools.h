@@ -32,7 +32,10 @@ class Tools final : public ToolFinder {
 
   [[nodiscard]] std::optional<std::string> find(const std::string& name) const override;
 
-  /// The complete environment of a child process. `extra` wins over everything else.
+  /// The complete environment of a child process, the same for good. Its first call is the first
+  /// call of dockerOverride().
+  [[nodiscard]] const Environment& environment() const;
+  /// The same with `extra`, which wins over everything else.
   [[nodiscard]] Environment environment(const Environment& extra) const;
 
   /// What keeps docker clear of a user's configuration whose credential helper cannot be found:
@@ -46,6 +49,8 @@ class Tools final : public ToolFinder {
   const std::string searchPath_;
   mutable std::once_flag overrideOnce_;
   mutable Environment override_;
+  mutable std::once_flag environmentOnce_;
+  mutable Environment environment_;
 };
 
 }  // namespace tarnwick

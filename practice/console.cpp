@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <signal.h>
 #include <string>
 #include <thread>
@@ -67,10 +68,15 @@ void waitFor(double seconds) {
   if (seconds > 0.0) std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
 }
 
-void hang(const std::filesystem::path& whileExists) {
+std::filesystem::path hangingMark(const std::filesystem::path& folder, pid_t pid) {
+  return folder / ("hanging." + std::to_string(pid));
+}
+
+void hang(const std::filesystem::path& folder) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::hours(1);
   std::error_code ignored;
-  while (std::chrono::steady_clock::now() < end && std::filesystem::exists(whileExists, ignored)) {
+  std::ofstream(hangingMark(folder, ::getpid()));
+  while (std::chrono::steady_clock::now() < end && std::filesystem::exists(folder, ignored)) {
     waitFor(0.5);
   }
 }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <sys/types.h>
 
 namespace tarnwick::practice {
 
@@ -27,8 +28,12 @@ void pauseFor(double seconds);
 /// Waits `seconds` whatever the pace is.
 void waitFor(double seconds);
 
-/// Never answers: waits an hour, less if `whileExists` goes away, so that nothing outlives a test.
-void hang(const std::filesystem::path& whileExists);
+/// Never answers: waits an hour, less if `folder` goes away, so that nothing outlives a test.
+/// Leaves hangingMark() there, from which others see that it has come so far.
+void hang(const std::filesystem::path& folder);
+
+/// The empty file that process `pid` makes in `folder` once it hangs.
+std::filesystem::path hangingMark(const std::filesystem::path& folder, pid_t pid);
 
 /// SIGTERM and SIGINT end the process at once with 128 + signal, as they end the real tools.
 void endOnSignals();

@@ -7,6 +7,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "practice/console.h"
 #include "rig.h"
 
 namespace tarnwick::practice::test {
@@ -19,6 +20,19 @@ class FaultsOrdered : public Rig {
  protected:
   static Environment with(const std::string& faults) {
     return {{"TARNWICK_PRACTICE_FAULTS", faults}};
+  }
+
+  /// Starts a tool that is to hang, and waits until it does.
+  pid_t startHanging(const std::string& tool, const Words& arguments, const std::string& faults) {
+    const pid_t pid = start(tool, arguments, with(faults));
+    const auto end = std::chrono::steady_clock::now() + 20s;
+    while (!std::filesystem::exists(hangingMark(state_, pid))) {
+      if (ended(pid, 10ms) || std::chrono::steady_clock::now() > end) {
+        ADD_FAILURE() << tool << " does not hang with " << faults;
+        break;
+      }
+    }
+    return pid;
   }
 
   Words composeUp() const {
@@ -103,11 +117,10 @@ TEST_F(FaultsOrdered, SpoilTheInstallation) {
 }
 
 TEST_F(FaultsOrdered, HangUntilSigterm) {
-  std::vector<pid_t> pids = {start("colima", {"start"}, with("colima-start-hangs"))};
+  std::vector<pid_t> pids = {startHanging("colima", {"start"}, "colima-start-hangs")};
   startEngine();
   std::filesystem::rename(tools_ / "colima", tools_ / "brewed");
-  pids.push_back(start("brew", {"install", "colima"}, with("brew-hangs")));
-  std::this_thread::sleep_for(100ms);
+  pids.push_back(startHanging("brew", {"install", "colima"}, "brew-hangs"));
   std::filesystem::rename(tools_ / "brewed", tools_ / "colima");
   const struct {
     const char* fault;
@@ -119,19 +132,19 @@ TEST_F(FaultsOrdered, HangUntilSigterm) {
       {"compose-hangs", "docker", composeUp()},
       {"colima-stop-hangs", "colima", {"stop"}},
   };
-  for (const auto& each : cases) pids.push_back(start(each.tool, each.arguments, with(each.fault)));
-  const pid_t stubborn = start("docker", {"info"}, with("docker-hangs,docker-ignores-sigterm"));
+  for (const auto& each : cases)
+    pids.push_back(startHanging(each.tool, each.arguments, each.fault));
+  const pid_t stubborn = startHanging("docker", {"info"}, "docker-hangs,docker-ignores-sigterm");
   EXPECT_EQ(docker({"compose", "version"}, with("docker-hangs")).status, 0);
-  std::this_thread::sleep_for(300ms);
   for (const pid_t pid : pids) {
     EXPECT_FALSE(ended(pid, 0ms));
     ::kill(pid, SIGTERM);
-    EXPECT_EQ(ended(pid, 2s), 143);
+    EXPECT_EQ(ended(pid, 20s), 143);
   }
   ::kill(stubborn, SIGTERM);
   EXPECT_FALSE(ended(stubborn, 200ms));
   ::kill(stubborn, SIGKILL);
-  EXPECT_EQ(ended(stubborn, 2s), -SIGKILL);
+  EXPECT_EQ(ended(stubborn, 20s), -SIGKILL);
 }
 
 TEST_F(FaultsOrdered, MakeOutputHardToRead) {

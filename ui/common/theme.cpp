@@ -34,8 +34,9 @@ QColor mixed(const QColor& one, const QColor& other, double share) {
 /// `color` moved towards black or white, as little as needed to be readable on both grounds.
 QColor readableOn(const QColor& color, const QColor& ground, const QColor& otherGround) {
   const QColor target = luminance(ground) < 0.18 ? Qt::white : Qt::black;
-  for (double share = 0; share < 1; share += 0.04) {
-    const QColor candidate = mixed(color, target, share);
+  constexpr int steps = 25;
+  for (int step = 0; step < steps; ++step) {
+    const QColor candidate = mixed(color, target, static_cast<double>(step) / steps);
     if (std::min(contrast(candidate, ground), contrast(candidate, otherGround)) >= readable) {
       return candidate;
     }

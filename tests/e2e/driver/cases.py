@@ -21,18 +21,20 @@ class ProgramCase(unittest.TestCase):
         self.addCleanup(self.folders.clean)
         self.application = None
 
-    def start_program(self, environment):
-        """Starts the program and waits for its window; the tree to work with is self.tree."""
+    def start_program(self, environment, arguments=(), window="Tarnwick"):
+        """Starts the program and waits for its window, unless none is given; the tree to work with is self.tree."""
         self.application = Application(
             build_folder() / "app" / "tarnwick",
             self.folders.root / "program.log",
             {**self.folders.environment(), **environment},
+            arguments,
         )
         self.addCleanup(self.application.terminate)
         # Before the program is ended and its folders are gone: clean-ups run in reverse order.
         self.addCleanup(self._keep_evidence)
-        self.application.wait_for_window()
         self.tree = self.application.tree
+        if window:
+            self.tree.wait_for(name=window, seconds=20)
 
     def _keep_evidence(self):
         result = self._outcome.result
@@ -48,9 +50,12 @@ class ProgramCase(unittest.TestCase):
 class PracticeCase(ProgramCase):
     """The program with the practice engine, on ports and a state folder of the test's own."""
 
-    def start_with_practice(self, pace=0.2, faults=(), tool_folder=None, **settings):
+    def prepare_practice(self, pace=0.2, faults=(), tool_folder=None, **settings):
         self.http_port, self.https_port = free_port_pair()
         self.folders.write_settings(httpPort=self.http_port, httpsPort=self.https_port, **settings)
         self.tools = PracticeTools(build_folder(), self.folders.tools_state, pace, faults, tool_folder)
         self.addCleanup(self.tools.clean)
+
+    def start_with_practice(self, **options):
+        self.prepare_practice(**options)
         self.start_program(self.tools.environment)

@@ -2,7 +2,10 @@
 
 #include <QByteArray>
 #include <QGuiApplication>
+#include <QWidget>
 #include <cstdlib>
+
+#include "app/x11_activation.h"
 
 namespace tarnwick {
 namespace {
@@ -28,6 +31,13 @@ void useActivationToken(const std::string& token) {
     return;
   }
   qputenv(waylandVariable, QByteArray::fromStdString(token));
+}
+
+// The X11 plug-in looks at a token only when the program starts.
+void finishActivation(const std::string& token, const QWidget& window) {
+  const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+  if (token.empty() || !x11) return;
+  activateX11Window(x11->connection(), static_cast<std::uint32_t>(window.winId()), token);
 }
 
 }  // namespace tarnwick

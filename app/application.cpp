@@ -3,6 +3,7 @@
 #include <QStandardPaths>
 #include <QSystemTrayIcon>
 
+#include "app/activation.h"
 #include "app/quit_hook.h"
 #include "ui/logs_window/logs_window.h"
 #include "ui/main_window/main_window.h"
@@ -23,6 +24,7 @@ Application::Application(Backend& backend)
                        below(QString::fromStdString(backend.paths().supportDir()), "web"),
                        below(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation),
                              "tarnwick/web")),
+      diagnostics_(backend, [this] { return webFacts(); }),
       phaseWatch_([this] { watchPhase(); }) {
   phaseWatch_.observe(backend_.controller().changes());
   addWindows();
@@ -30,12 +32,14 @@ Application::Application(Backend& backend)
 
 void Application::addWindows() {
   windows_.add(mainWindowId, [this] {
-    return new MainWindow(backend_.controller(), windows_, desktopServices_, [this] {
+    const auto webModule = [this] {
       WebModule web;
       web.module = web_.module();
       web.error = web_.error();
       return web;
-    });
+    };
+    return new MainWindow(backend_.controller(), windows_, desktopServices_, webModule,
+                          [this] { diagnostics_.copy(); });
   });
   windows_.add(settingsWindowId, [this] {
     return new SettingsWindow({backend_.controller(), backend_.mainThread(), dialogs_,
@@ -44,6 +48,12 @@ void Application::addWindows() {
   windows_.add(logsWindowId, [this] {
     return new LogsWindow({backend_.docker(), backend_.mainThread(), backend_.workers(), dialogs_});
   });
+}
+
+void Application::openWindow(const std::string& id, const std::string& activationToken) {
+  useActivationToken(activationToken);
+  windows_.openWindow(id);
+  if (const QWidget* window = windows_.find(id)) finishActivation(activationToken, *window);
 }
 
 void Application::showTrayItem() {
@@ -59,6 +69,11 @@ void Application::finish() {
   tray_.reset();
   windows_.closeAll();
   stopColimaIfWanted(backend_.store(), backend_.tools(), backend_.cli());
+}
+
+Facts Application::webFacts() const {
+  const QString version = web_.engineVersion();
+  return {{"Web engine", version.isEmpty() ? "not loaded" : version.toStdString()}};
 }
 
 void Application::watchPhase() {

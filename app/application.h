@@ -1,8 +1,10 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "app/backend.h"
+#include "app/diagnostics_copier.h"
 #include "ui/common/dialog_service.h"
 #include "ui/common/render_scheduler.h"
 #include "ui/common/window_opener.h"
@@ -20,7 +22,9 @@ class Application {
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
 
-  [[nodiscard]] WindowOpener& windows() { return windows_; }
+  /// Opens the window with this id, or brings it to the front with the help of an activation token,
+  /// which may be empty.
+  void openWindow(const std::string& id, const std::string& activationToken);
 
   /// Asks the desktop for a place in its tray, which takes some messages back and forth.
   void showTrayItem();
@@ -32,12 +36,14 @@ class Application {
 
  private:
   void addWindows();
+  [[nodiscard]] Facts webFacts() const;
   void watchPhase();
 
   Backend& backend_;
   QtDialogService dialogs_;
   WebModuleLoader web_;
   DesktopServices desktopServices_;
+  DiagnosticsCopier diagnostics_;
   Windows windows_;
   std::optional<TrayItem> tray_;
   bool wasBusy_ = false;

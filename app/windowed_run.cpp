@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "app/activation.h"
 #include "app/application.h"
 #include "app/quit_signals.h"
 #include "app/request_handler.h"
@@ -30,11 +29,11 @@ bool isSet(const char* name) {
 }
 
 /// Whoever has no window and no tray item could never be reached.
-void openWindowWithoutTray(QApplication& qt, WindowOpener& windows) {
-  QTimer::singleShot(patienceForTray, &qt, [&windows] {
+void openWindowWithoutTray(QApplication& qt, Application& application) {
+  QTimer::singleShot(patienceForTray, &qt, [&application] {
     const QList<QWindow*> present = QApplication::topLevelWindows();
     const bool hasWindow = std::ranges::any_of(present, &QWindow::isVisible);
-    if (!hasWindow && !Application::isInTray()) windows.openWindow(mainWindowId);
+    if (!hasWindow && !Application::isInTray()) application.openWindow(mainWindowId, {});
   });
 }
 
@@ -43,17 +42,14 @@ int runLoop(QApplication& qt, const AppPaths& paths, Wish wish, SingleInstance& 
   // ends, and use them until then.
   auto* backend = new Backend(paths);
   auto* application = new Application(*backend);
-  auto* handler =
-      new RequestHandler(backend->controller(), backend->cli(), backend->tools(),
-                         backend->mainThread(), [application](const char* id, const auto& token) {
-                           useActivationToken(token);
-                           application->windows().openWindow(id);
-                         });
+  auto* handler = new RequestHandler(
+      backend->controller(), backend->cli(), backend->tools(), backend->mainThread(),
+      [application](const char* id, const auto& token) { application->openWindow(id, token); });
   const QuitSignals quitSignals([] { QApplication::quit(); });
   // The main window would do so too, but may not be opened for long.
   backend->controller().startMonitor();
   handler->handle({wish, {}}, [](const Answer&) {});
-  if (wish == Wish::background) openWindowWithoutTray(qt, application->windows());
+  if (wish == Wish::background) openWindowWithoutTray(qt, *application);
   // After the first picture, which they would delay.
   QTimer::singleShot(0, &qt, [application] { application->showTrayItem(); });
   const WishServer server(instance.takeSocket(), [handler](const Request& request, Reply reply) {

@@ -48,9 +48,8 @@ class Gallery {
     RecordingWebServices services;
     FakeWebModule module;
     arrange(world);
-    MainWindow window(world.controller, world.windows, services, [&] {
-      return WebModule{&module, {}};
-    });
+    const auto webModule = [&module] { return WebModule{&module, {}}; };
+    MainWindow window(world.controller, world.windows, services, webModule, [] {});
     window.resize(size);
     window.show();
     world.settle();

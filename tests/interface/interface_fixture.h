@@ -109,6 +109,7 @@ class FakeWebModule final : public WebDesktopModule {
     return new View(record, parent);
   }
   void forgetCertificate() override {}
+  [[nodiscard]] QString engineVersion() const override { return {}; }
 
  private:
   class View final : public WebDesktopView {

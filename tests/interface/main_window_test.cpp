@@ -17,10 +17,11 @@ using testing::ElementsAre;
 class MainWindowTest : public testing::Test {
  protected:
   MainWindow& open() {
-    window = std::make_unique<MainWindow>(c, world.windows, services, [this] {
+    const auto webModule = [this] {
       ++moduleAsked;
       return WebModule{&module, {}};
-    });
+    };
+    window = std::make_unique<MainWindow>(c, world.windows, services, webModule, [] {});
     window->show();
     world.settle();
     return *window;

@@ -9,7 +9,8 @@
 
 namespace tarnwick {
 
-MainMenu::MainMenu(QMainWindow& window, DesktopController& controller, WindowOpener& windows)
+MainMenu::MainMenu(QMainWindow& window, DesktopController& controller, WindowOpener& windows,
+                   std::function<void()> copyDiagnostics)
     : QObject(&window), window_(window), controller_(controller) {
   QMenu& menu = *window.menuBar()->addMenu(QStringLiteral("&Tarnwick"));
   window.menuBar()->setAccessibleName(QStringLiteral("Menu bar"));
@@ -28,6 +29,9 @@ MainMenu::MainMenu(QMainWindow& window, DesktopController& controller, WindowOpe
   menu.addSeparator();
   add(menu, QStringLiteral("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q),
       [] { QApplication::quit(); });
+  QMenu& help = *window.menuBar()->addMenu(QStringLiteral("&Help"));
+  help.setAccessibleName(QStringLiteral("Help"));
+  add(help, QStringLiteral("&Copy diagnostics"), {}, std::move(copyDiagnostics));
 }
 
 QAction* MainMenu::add(QMenu& menu, const QString& title, const QKeySequence& keys,

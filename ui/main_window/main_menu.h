@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QMainWindow>
+#include <functional>
 
 #include "core/controller/desktop_controller.h"
 #include "ui/common/window_opener.h"
@@ -17,7 +18,8 @@ enum class Keyboard {
 /// The main window's menu: everything that the tray offers, and the other windows.
 class MainMenu final : public QObject {
  public:
-  MainMenu(QMainWindow& window, DesktopController& controller, WindowOpener& windows);
+  MainMenu(QMainWindow& window, DesktopController& controller, WindowOpener& windows,
+           std::function<void()> copyDiagnostics);
   void render(Keyboard keyboard);
 
  private:

@@ -21,14 +21,15 @@ class Content final : public QStackedWidget {
 }  // namespace
 
 MainWindow::MainWindow(DesktopController& controller, WindowOpener& windows,
-                       WebDesktopServices& services, WebModuleSource webModule)
+                       WebDesktopServices& services, WebModuleSource webModule,
+                       std::function<void()> copyDiagnostics)
     : controller_(controller),
       windows_(windows),
       services_(services),
       webModule_(std::move(webModule)),
       content_(new Content(this)),
       home_(new HomeScreen(controller, windows)),
-      menu_(new MainMenu(*this, controller, windows)),
+      menu_(new MainMenu(*this, controller, windows, std::move(copyDiagnostics))),
       announcer_(new Announcer(this)),
       announcements_(controller, *announcer_),
       scheduler_([this] { render(); }) {

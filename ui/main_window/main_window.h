@@ -20,7 +20,7 @@ namespace tarnwick {
 class MainWindow final : public QMainWindow {
  public:
   MainWindow(DesktopController& controller, WindowOpener& windows, WebDesktopServices& services,
-             WebModuleSource webModule);
+             WebModuleSource webModule, std::function<void()> copyDiagnostics);
   ~MainWindow() override;
 
  protected:

@@ -66,6 +66,9 @@ class WebDesktopModule {
   /// The password goes only to the holder of the first certificate that a desktop showed. To be
   /// called whenever the program itself has started the container, which may have a new one.
   virtual void forgetCertificate() = 0;
+
+  /// The versions of the engine and of the browser that it is made from, for reports.
+  [[nodiscard]] virtual QString engineVersion() const = 0;
 };
 
 }  // namespace tarnwick

@@ -65,4 +65,8 @@ void WebModuleLoader::forgetCertificate() {
   if (module_ != nullptr) module_->forgetCertificate();
 }
 
+QString WebModuleLoader::engineVersion() const {
+  return module_ != nullptr ? module_->engineVersion() : QString();
+}
+
 }  // namespace tarnwick

@@ -18,6 +18,9 @@ class WebModuleLoader {
   /// As WebDesktopModule::forgetCertificate; nothing to do while no module is loaded.
   void forgetCertificate();
 
+  /// As WebDesktopModule::engineVersion; empty while no module is loaded.
+  [[nodiscard]] QString engineVersion() const;
+
  private:
   WebDesktopModule* module_ = nullptr;
   QString error_;

@@ -1,5 +1,6 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QObject>
+#include <QtWebEngineCore/qtwebenginecoreglobal.h>
 
 #include "ui/web/engine/desktop_view.h"
 #include "ui/web/engine/profile_keeper.h"
@@ -36,6 +37,11 @@ class WebModule : public QObject, public WebDesktopModule {
   }
 
   void forgetCertificate() override { keeper().certificates().forget(); }
+
+  [[nodiscard]] QString engineVersion() const override {
+    return QStringLiteral("%1 (Chromium %2)")
+        .arg(QLatin1String(qWebEngineVersion()), QLatin1String(qWebEngineChromiumVersion()));
+  }
 };
 
 }  // namespace tarnwick

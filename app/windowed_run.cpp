@@ -23,9 +23,9 @@ using namespace std::chrono_literals;
 // A tray may come up together with us, when both are started at login.
 constexpr auto patienceForTray = 2s;
 
-bool isSet(const char* name) {
+std::string_view variable(const char* name) {
   const char* value = std::getenv(name);
-  return value && *value;
+  return value ? value : "";
 }
 
 /// Whoever has no window and no tray item could never be reached.
@@ -67,7 +67,11 @@ bool hasDisplay(int argc, char** argv) {
     const std::string_view argument = argv[i];
     if (argument == "-platform" || argument == "--platform") return true;
   }
-  return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "WAYLAND_SOCKET", "QT_QPA_PLATFORM"}) {
+    if (!variable(name).empty()) return true;
+  }
+  // There a display may have its usual name without any variable that says so.
+  return variable("XDG_SESSION_TYPE") == "wayland";
 }
 
 int runWithWindows(int& argc, char** argv, const AppPaths& paths, Wish wish,

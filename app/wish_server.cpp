@@ -3,14 +3,20 @@
 #include <QLocalSocket>
 #include <QPointer>
 #include <QTimer>
+#include <cerrno>
 #include <memory>
 #include <string_view>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <utility>
 
 namespace tarnwick {
 namespace {
 
-constexpr int mostServed = 32;
+using namespace std::chrono_literals;
+
+constexpr int mostServed = 64;
+constexpr auto pauseAfterFailure = 1s;
 
 void send(QLocalSocket& socket, std::string_view line) {
   socket.write(line.data(), static_cast<qint64>(line.size()));
@@ -31,39 +37,54 @@ struct Debt {
 
 WishServer::WishServer(FileDescriptor socket, std::function<void(const Request&, Reply)> handle,
                        std::chrono::milliseconds patience)
-    : handle_(std::move(handle)), patience_(patience) {
-  QObject::connect(&server_, &QLocalServer::newConnection, &server_, [this] { takeWaiting(); });
-  if (socket) server_.listen(qintptr{socket.release()});
+    : socket_(std::move(socket)), handle_(std::move(handle)), patience_(patience) {
+  if (!socket_) return;
+  waiting_ = std::make_unique<QSocketNotifier>(socket_.get(), QSocketNotifier::Read);
+  QObject::connect(waiting_.get(), &QSocketNotifier::activated, &callers_,
+                   [this] { takeWaiting(); });
 }
 
+WishServer::~WishServer() {
+  // They tell of their end.
+  for (QObject* caller : callers_.children()) caller->disconnect(&callers_);
+}
+
+// Whoever is not taken waits in the system's line, where nothing is read from anybody.
 void WishServer::takeWaiting() {
   while (served_ < mostServed) {
-    QLocalSocket* socket = server_.nextPendingConnection();
-    if (!socket) return;
-    ++served_;
-    QObject::connect(socket, &QObject::destroyed, &server_, [this] {
-      --served_;
-      takeWaiting();
-    });
-    serve(*socket);
+    const int connection = ::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+    if (connection < 0 && errno == EAGAIN) break;
+    if (connection < 0) {
+      // Out of descriptors, perhaps: to try at once and again would take all of the processor.
+      waiting_->setEnabled(false);
+      QTimer::singleShot(pauseAfterFailure, &callers_, [this] { takeWaiting(); });
+      return;
+    }
+    serve(connection);
   }
+  waiting_->setEnabled(served_ < mostServed);
 }
 
-void WishServer::serve(QLocalSocket& socket) {
-  socket.setReadBufferSize(longestRequest);
-  QObject::connect(&socket, &QLocalSocket::disconnected, &socket, &QObject::deleteLater);
-  QObject::connect(&socket, &QLocalSocket::readyRead, &socket,
-                   [this, &socket] { readRequest(socket); });
-  auto* impatience = new QTimer(&socket);
-  impatience->setSingleShot(true);
-  QObject::connect(impatience, &QTimer::timeout, &socket, [&socket] { socket.abort(); });
-  impatience->start(patience_);
-  // It may have spoken, or gone, before anybody listened to its signals.
-  if (socket.state() != QLocalSocket::ConnectedState) {
-    socket.deleteLater();
-  } else if (socket.bytesAvailable() > 0) {
-    readRequest(socket);
+void WishServer::serve(int connection) {
+  auto* socket = new QLocalSocket(&callers_);
+  socket->setReadBufferSize(longestRequest);
+  if (!socket->setSocketDescriptor(connection)) {
+    ::close(connection);
+    delete socket;
+    return;
   }
+  ++served_;
+  QObject::connect(socket, &QObject::destroyed, &callers_, [this] {
+    --served_;
+    takeWaiting();
+  });
+  QObject::connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+  QObject::connect(socket, &QLocalSocket::readyRead, socket,
+                   [this, socket] { readRequest(*socket); });
+  auto* impatience = new QTimer(socket);
+  impatience->setSingleShot(true);
+  QObject::connect(impatience, &QTimer::timeout, socket, [socket] { socket->abort(); });
+  impatience->start(patience_);
 }
 
 void WishServer::readRequest(QLocalSocket& socket) {

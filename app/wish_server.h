@@ -1,8 +1,10 @@
 #pragma once
 
-#include <QLocalServer>
+#include <QObject>
+#include <QSocketNotifier>
 #include <chrono>
 #include <functional>
+#include <memory>
 
 #include "app/wish.h"
 #include "core/process/file_descriptor.h"
@@ -20,19 +22,22 @@ class WishServer {
  public:
   /// `socket` is one that listens. `handle` is called from the event loop for each request.
   WishServer(FileDescriptor socket, std::function<void(const Request&, Reply)> handle,
-             std::chrono::milliseconds patience = std::chrono::seconds(5));
+             std::chrono::milliseconds patience = std::chrono::seconds(2));
   WishServer(const WishServer&) = delete;
   WishServer& operator=(const WishServer&) = delete;
+  ~WishServer();
 
  private:
   void takeWaiting();
-  void serve(QLocalSocket& socket);
+  void serve(int connection);
   void readRequest(QLocalSocket& socket);
 
+  FileDescriptor socket_;
   std::function<void(const Request&, Reply)> handle_;
   std::chrono::milliseconds patience_;  ///< with callers that say nothing
   int served_ = 0;
-  QLocalServer server_;
+  QObject callers_;  ///< the parent of their sockets
+  std::unique_ptr<QSocketNotifier> waiting_;
 };
 
 }  // namespace tarnwick

@@ -35,12 +35,6 @@ step() {
     passed=$((passed + 1))
 }
 
-# Runs a command in the system, and shows it.
-inside() {
-    printf '# %s\n' "$*"
-    chroot "$system" "$@"
-}
-
 # Shows what apt will do and what the package itself says; everything only when it fails.
 inside_apt() {
     printf '# apt-get %s\n' "$*"
@@ -48,8 +42,7 @@ inside_apt() {
         cat "$place/apt.log"
         return 1
     }
-    awk '/newly installed|tarnwick|Tarnwick|additional disk/ { print } /^  / && !/^  lib/ { if (told) print } { told = /Tarnwick is removed/ || told }' \
-        "$place/apt.log"
+    awk '/Tarnwick is removed/ { told = 1 } told || /newly installed|tarnwick|additional disk/' "$place/apt.log"
 }
 
 # CPack calls ldconfig for any library below /usr/lib, also for one that no program is linked with.

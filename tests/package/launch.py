@@ -119,7 +119,7 @@ def main(folder, build, which):
     log.unlink(missing_ok=True)
     try:
         {"first": first, "again": again}[which](System(folder), log)
-    except AssertionError as reason:
+    except (AssertionError, subprocess.TimeoutExpired) as reason:
         print(f"{reason}\nWhat the program said:\n{log.read_text()}", file=sys.stderr)
         return 1
     return 0

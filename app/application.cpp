@@ -1,7 +1,6 @@
 #include "app/application.h"
 
 #include <QStandardPaths>
-#include <QSystemTrayIcon>
 
 #include "app/activation.h"
 #include "app/quit_hook.h"
@@ -56,17 +55,14 @@ void Application::openWindow(const std::string& id, const std::string& activatio
   if (const QWidget* window = windows_.find(id)) finishActivation(activationToken, *window);
 }
 
-void Application::showTrayItem() {
-  tray_.emplace(backend_.controller(), windows_);
-  tray_->show();
-}
-
-bool Application::isInTray() {
-  return QSystemTrayIcon::isSystemTrayAvailable();
+void Application::joinDesktop() {
+  session_.emplace(backend_, windows_, [this](const std::string& activationToken) {
+    openWindow(mainWindowId, activationToken);
+  });
 }
 
 void Application::finish() {
-  tray_.reset();
+  if (session_) session_->leave();
   windows_.closeAll();
   stopColimaIfWanted(backend_.store(), backend_.tools(), backend_.cli());
 }

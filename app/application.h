@@ -4,12 +4,12 @@
 #include <string>
 
 #include "app/backend.h"
+#include "app/desktop_session.h"
 #include "app/diagnostics_copier.h"
 #include "ui/common/dialog_service.h"
 #include "ui/common/render_scheduler.h"
 #include "ui/common/window_opener.h"
 #include "ui/desktop/desktop_services.h"
-#include "ui/tray/tray_item.h"
 #include "ui/web/web_module_loader.h"
 
 namespace tarnwick {
@@ -26,10 +26,9 @@ class Application {
   /// which may be empty.
   void openWindow(const std::string& id, const std::string& activationToken);
 
-  /// Asks the desktop for a place in its tray, which takes some messages back and forth.
-  void showTrayItem();
-  /// Whether the user can reach the application by its tray item.
-  [[nodiscard]] static bool isInTray();
+  /// Takes up what the user's desktop offers beside windows: the tray, messages and more. From then
+  /// on the main window opens by itself where there is neither a window nor a tray.
+  void joinDesktop();
 
   /// The last steps before the process ends: the windows go, and Colima stops if the user wants it.
   void finish();
@@ -45,7 +44,7 @@ class Application {
   DesktopServices desktopServices_;
   DiagnosticsCopier diagnostics_;
   Windows windows_;
-  std::optional<TrayItem> tray_;
+  std::optional<DesktopSession> session_;
   bool wasBusy_ = false;
   RenderScheduler phaseWatch_;
 };

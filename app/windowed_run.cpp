@@ -2,9 +2,6 @@
 
 #include <QApplication>
 #include <QTimer>
-#include <QWindow>
-#include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <string_view>
 
@@ -12,29 +9,16 @@
 #include "app/quit_signals.h"
 #include "app/request_handler.h"
 #include "app/wish_server.h"
+#include "platform/session_bus.h"
 #include "ui/common/font_changes.h"
 #include "ui/common/logo_view.h"
 
 namespace tarnwick {
 namespace {
 
-using namespace std::chrono_literals;
-
-// A tray may come up together with us, when both are started at login.
-constexpr auto patienceForTray = 2s;
-
 std::string_view variable(const char* name) {
   const char* value = std::getenv(name);
   return value ? value : "";
-}
-
-/// Whoever has no window and no tray item could never be reached.
-void openWindowWithoutTray(QApplication& qt, Application& application) {
-  QTimer::singleShot(patienceForTray, &qt, [&application] {
-    const QList<QWindow*> present = QApplication::topLevelWindows();
-    const bool hasWindow = std::ranges::any_of(present, &QWindow::isVisible);
-    if (!hasWindow && !Application::isInTray()) application.openWindow(mainWindowId, {});
-  });
 }
 
 int runLoop(QApplication& qt, const AppPaths& paths, Wish wish, SingleInstance& instance) {
@@ -49,9 +33,8 @@ int runLoop(QApplication& qt, const AppPaths& paths, Wish wish, SingleInstance& 
   // The main window would do so too, but may not be opened for long.
   backend->controller().startMonitor();
   handler->handle({wish, {}}, [](const Answer&) {});
-  if (wish == Wish::background) openWindowWithoutTray(qt, *application);
   // After the first picture, which they would delay.
-  QTimer::singleShot(0, &qt, [application] { application->showTrayItem(); });
+  QTimer::singleShot(0, &qt, [application] { application->joinDesktop(); });
   const WishServer server(instance.takeSocket(), [handler](const Request& request, Reply reply) {
     handler->handle(request, std::move(reply));
   });
@@ -76,6 +59,8 @@ bool hasDisplay(int argc, char** argv) {
 
 int runWithWindows(int& argc, char** argv, const AppPaths& paths, Wish wish,
                    SingleInstance& instance) {
+  // The toolkit would wait for its greeting for ever, before there is anything to see.
+  forgoSilentSessionBus();
   QApplication qt(argc, argv);
   qt.setWindowIcon(logoIcon());
   const FontChanges fontChanges(qt);

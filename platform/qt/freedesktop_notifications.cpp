@@ -34,6 +34,7 @@ FreedesktopNotifications::FreedesktopNotifications(const QDBusConnection& bus) :
 
 void FreedesktopNotifications::show(const std::string& title, const std::string& text,
                                     Clicked clicked) {
+  if (!bus_.isConnected()) return;
   clicked_ = std::move(clicked);
   token_.clear();
   wanted_ = true;

@@ -30,7 +30,13 @@ TrayHostWatch::TrayHostWatch(std::function<void(bool)> changed, const QDBusConne
     bus_.connect(QString(), QLatin1String(path), QLatin1String(service), QLatin1String(signal),
                  this, SLOT(ask()));
   }
-  ask();
+  if (bus_.isConnected()) {
+    ask();
+  } else {
+    // Nobody would ever answer.
+    QMetaObject::invokeMethod(
+        this, [this] { tell(false); }, Qt::QueuedConnection);
+  }
 }
 
 void TrayHostWatch::ask() {
@@ -44,6 +50,8 @@ void TrayHostWatch::ask() {
     answer->deleteLater();
     if (question != question_) return;
     const QDBusPendingReply<QDBusVariant> there = *answer;
+    const QDBusError::ErrorType error = there.error().type();
+    if (error == QDBusError::NoReply || error == QDBusError::Timeout) return;
     tell(!there.isError() && there.value().variant().toBool());
   });
 }

@@ -4,6 +4,7 @@
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <functional>
+#include <optional>
 
 namespace tarnwick {
 
@@ -14,7 +15,8 @@ class TrayHostWatch final : public QObject {
   Q_OBJECT
 
  public:
-  /// `changed` is called from the event loop when a host comes or goes; at first there is none.
+  /// `changed` is called from the event loop when it is known whether there is a host, and whenever
+  /// one comes or goes. As long as somebody has to be waited for, nothing is known.
   explicit TrayHostWatch(std::function<void(bool there)> changed,
                          const QDBusConnection& bus = QDBusConnection::sessionBus());
 
@@ -28,7 +30,7 @@ class TrayHostWatch final : public QObject {
   QDBusConnection bus_;
   QDBusServiceWatcher owner_;
   unsigned question_ = 0;
-  bool there_ = false;
+  std::optional<bool> there_;
 };
 
 }  // namespace tarnwick

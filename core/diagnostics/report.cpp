@@ -28,9 +28,7 @@ std::vector<Question> questions() {
   return {{"colima", "colima", {"version"}},
           {"docker", "docker", {"--version"}},
           {"docker compose", "docker", {"compose", "version"}},
-          {"engine",
-           "docker",
-           {"info", "--format", "{{.ServerVersion}}, {{.OperatingSystem}}, {{.Architecture}}"}},
+          {"engine", "docker", {"info", "--format", "{{.ServerVersion}}"}},
           {"brew", "brew", {"--version"}}};
 }
 

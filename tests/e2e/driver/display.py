@@ -35,3 +35,11 @@ def click(element):
     left, top, width, height = element.frame
     place = [str(left + width // 2), str(top + height // 2)]
     subprocess.run(["xdotool", "mousemove", "--sync", *place, "click", "1"], check=True, timeout=10)
+
+
+def clipboard():
+    """The text that a paste would give."""
+    answer = subprocess.run(
+        ["xclip", "-o", "-selection", "clipboard"], check=True, capture_output=True, text=True, timeout=10
+    )
+    return answer.stdout

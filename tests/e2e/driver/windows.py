@@ -28,9 +28,9 @@ def log_text(tree):
     return view.text if view else ""
 
 
-def choose_from_menu(tree, title):
-    """Opens the main window's menu by its key and chooses an item."""
-    press_keys("alt+t")
+def choose_from_menu(tree, title, keys="alt+t"):
+    """Opens a menu of the main window by its keys and chooses an item."""
+    press_keys(keys)
     tree.press(title, role=MENU_ITEM)
 
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <utility>
 
@@ -28,9 +27,9 @@ class SingleInstance {
   };
 
   /// Becomes the one process until this object goes, or passes the request on to the one there is.
-  /// Blocks at most for the limits.
+  /// Waits for the end of one that is quitting. Blocks at most for the limits.
   Entry enter(const Request& request);
-  /// Passes the request on when there is such a process, and never becomes it.
+  /// Passes the request on when there is a process to take it, and never becomes it.
   Entry passOn(const Request& request);
 
   /// The socket where later processes' requests arrive, once `enter` has made this process the one;
@@ -38,7 +37,7 @@ class SingleInstance {
   FileDescriptor takeSocket() { return std::move(socket_); }
 
  private:
-  Entry passOnOr(const Request& request, const std::function<void()>& whenNobodyIsThere);
+  Reached askHolder(const Request& request, InstanceLock::State& state);
 
   InstanceLock lock_;
   AnswerLimits limits_;

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QTimer>
 #include <cstdlib>
+#include <memory>
 #include <string_view>
 
 #include "app/application.h"
@@ -35,10 +36,13 @@ int runLoop(QApplication& qt, const AppPaths& paths, Wish wish, SingleInstance& 
   handler->handle({wish, {}}, [](const Answer&) {});
   // After the first picture, which they would delay.
   QTimer::singleShot(0, &qt, [application] { application->joinDesktop(); });
-  const WishServer server(instance.takeSocket(), [handler](const Request& request, Reply reply) {
-    handler->handle(request, std::move(reply));
-  });
+  auto server = std::make_unique<WishServer>(instance.takeSocket(),
+                                             [handler](const Request& request, Reply reply) {
+                                               handler->handle(request, std::move(reply));
+                                             });
   const int status = QApplication::exec();
+  // Later starts see that this one takes nothing any more, and wait for its end.
+  server.reset();
   application->finish();
   return status;
 }

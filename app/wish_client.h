@@ -11,6 +11,8 @@ namespace tarnwick {
 struct AnswerLimits {
   std::chrono::milliseconds sign = std::chrono::seconds(5);  ///< to any sign of life
   std::chrono::milliseconds work = std::chrono::minutes(5);  ///< to the answer, once it is at work
+  /// To its end when it takes no requests any more: quitting may include a stop of Colima.
+  std::chrono::milliseconds quit = std::chrono::seconds(75);
 };
 
 enum class Contact {

@@ -140,24 +140,37 @@ TEST_F(OneProcess, ThatDoesNotListenYetIsWaitedFor) {
   late.join();
 }
 
+TEST_F(OneProcess, ThatIsQuittingIsWaitedForByStartsOnly) {
+  InstanceLock quitting(folder.path());
+  ASSERT_EQ(quitting.tryLock(), InstanceLock::State::held);
+  EXPECT_EQ(SingleInstance(folder.path(), {50ms, 10s, 10s}).passOn({}).role, Role::first);
+  EXPECT_EQ(SingleInstance(folder.path(), {50ms, 10s, 100ms}).enter({}).role, Role::otherIsSilent);
+  std::thread end([&] {
+    std::this_thread::sleep_for(200ms);
+    quitting.unlock();
+  });
+  EXPECT_EQ(SingleInstance(folder.path(), {50ms, 10s, 10s}).enter({}).role, Role::first);
+  end.join();
+}
+
 TEST_F(OneProcess, ThatSaysNothingIsGivenUp) {
   first = std::make_unique<SingleInstance>(folder.path());
   ASSERT_EQ(first->enter({}).role, Role::first);
   // Its event loop does not take the request.
-  EXPECT_EQ(enterAgain({}, {200ms, 10s}).role, Role::otherIsSilent);
+  EXPECT_EQ(enterAgain({}, {200ms, 10s, 10s}).role, Role::otherIsSilent);
 }
 
 TEST_F(OneProcess, ThatIsAtWorkIsWaitedForLonger) {
   begin();
   Reply kept;
   answer = [&](const Reply& reply) { kept = reply; };
-  EXPECT_EQ(enterAgain({Wish::stop, {}}, {2s, 100ms}).answer.code, ExitCode::failed);
+  EXPECT_EQ(enterAgain({Wish::stop, {}}, {2s, 100ms, 10s}).answer.code, ExitCode::failed);
   // Nobody is there any more to hear it.
   kept(Answer());
   answer = [&](const Reply& reply) {
     QTimer::singleShot(300, qApp, [reply] { reply({ExitCode::done, "The desktop was stopped."}); });
   };
-  EXPECT_EQ(enterAgain({Wish::stop, {}}, {100ms, 5s}).answer.text, "The desktop was stopped.");
+  EXPECT_EQ(enterAgain({Wish::stop, {}}, {100ms, 5s, 10s}).answer.text, "The desktop was stopped.");
 }
 
 TEST_F(OneProcess, BearsBadCallers) {
@@ -194,7 +207,7 @@ TEST_F(OneProcess, StartsWhereNothingCanBeWritten) {
   SingleInstance instance(none);
   EXPECT_EQ(instance.enter({}).role, Role::first);
   // The session's folder takes the lock then.
-  EXPECT_EQ(SingleInstance(none, {100ms, 100ms}).enter({}).role, Role::otherIsSilent);
+  EXPECT_EQ(SingleInstance(none, {100ms, 100ms, 100ms}).enter({}).role, Role::otherIsSilent);
   qputenv("XDG_RUNTIME_DIR", none.c_str());
   EXPECT_EQ(SingleInstance(none).enter({}).role, Role::first);
 }

@@ -11,18 +11,16 @@
 namespace tarnwick {
 namespace {
 
-Task<Answer> fulfil(Backend& backend, Wish wish) {
-  if (wish == Wish::stop) {
-    co_return co_await stopDesktop(backend.controller(), backend.cli(), backend.tools(),
-                                   backend.mainThread());
-  }
-  backend.controller().startMonitor();
-  co_await firstLook(backend.controller(), backend.mainThread());
-  co_return statusAnswer(statusOf(backend.controller()), wish);
-}
-
 Task<void> fulfilAndQuit(Backend& backend, Wish wish, Answer& answer) {
-  answer = co_await fulfil(backend, wish);
+  if (wish == Wish::stop) {
+    const Answer outcome = co_await stopDesktop(backend.controller(), backend.cli(),
+                                                backend.tools(), backend.mainThread());
+    answer = outcome;
+  } else {
+    backend.controller().startMonitor();
+    co_await firstLook(backend.controller(), backend.mainThread());
+    answer = statusAnswer(statusOf(backend.controller()), wish);
+  }
   QCoreApplication::quit();
 }
 

@@ -145,7 +145,7 @@ class Background(CommandLineCase):
         wait_until(tray.items, 10, "the tray item")
         self.assertEqual(self.run_beside("--background"), (DONE, ""))
         # Longer than it waits for a tray.
-        time.sleep(3)
+        time.sleep(6)
         self.assertEqual(self.windows(), [])
         self.assertEqual(self.run_beside("--status"), (NOT_RUNNING, "Stopped.\n"))
         self.run_beside()

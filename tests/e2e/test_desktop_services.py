@@ -138,7 +138,8 @@ class Sleep(ServicesCase):
 
     def start_download(self):
         self.prepare_practice(pace=1)
-        self.start_program({**self.tools.environment, "DBUS_SYSTEM_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"]})
+        system_bus = {"DBUS_SYSTEM_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"]}
+        self.start_program({**self.tools.environment, **system_bus})
         self.assertEqual(self.login.calls("Inhibit"), [])
         start(self.tree)
         wait_until(lambda: self.login.calls("Inhibit"), 40, "the request to stay awake")

@@ -31,7 +31,8 @@ SERVICES = {
     "login": ("org.freedesktop.login1", "/org/freedesktop/login1",
               inhibitor("org.freedesktop.login1.Manager", "", "ssss", "h")[2]),
     "session": inhibitor("org.gnome.SessionManager", "/org/gnome/SessionManager", "susu", "u"),
-    "power": inhibitor("org.freedesktop.PowerManagement.Inhibit", "/org/freedesktop/PowerManagement/Inhibit", "ss", "u"),
+    "power": inhibitor("org.freedesktop.PowerManagement.Inhibit", "/org/freedesktop/PowerManagement/Inhibit",
+                       "ss", "u"),
     "notifications": ("org.freedesktop.Notifications", "/org/freedesktop/Notifications", """
 <node><interface name="org.freedesktop.Notifications">
   <method name="Notify">

@@ -34,8 +34,13 @@ class Keyring:
     def lock(self):
         self._call("org.freedesktop.Secret.Service", "Lock", "(ao)", ([_COLLECTION],))
 
+    def _open_session(self):
+        """The number of an exchange in which secrets travel as they are."""
+        arguments = ("plain", GLib.Variant("s", ""))
+        return self._call("org.freedesktop.Secret.Service", "OpenSession", "(sv)", arguments)[1]
+
     def unlock(self):
-        _, session = self._call("org.freedesktop.Secret.Service", "OpenSession", "(sv)", ("plain", GLib.Variant("s", "")))
+        session = self._open_session()
         secret = (session, b"", _MASTER_PASSWORD, "text/plain")
         self._call("org.gnome.keyring.InternalUnsupportedGuiltRiddenInterface", "UnlockWithMasterPassword",
                    "(o(oayays))", (_COLLECTION, secret))
@@ -44,7 +49,7 @@ class Keyring:
         """The desktop passwords that it holds."""
         attributes = {"service": "Tarnwick", "account": "webtop-password"}
         items, _ = self._call("org.freedesktop.Secret.Service", "SearchItems", "(a{ss})", (attributes,))
-        _, session = self._call("org.freedesktop.Secret.Service", "OpenSession", "(sv)", ("plain", GLib.Variant("s", "")))
+        session = self._open_session()
         (found,) = self._call("org.freedesktop.Secret.Service", "GetSecrets", "(aoo)", (items, session))
         return [bytes(value).decode() for _, _, value, _ in found.values()]
 

@@ -18,6 +18,6 @@ namespace tarnwick {
 /// Libraries that this process uses wait for ever for the greeting of a session bus, on the thread
 /// that asks. Where the bus is silent, this process goes without one from here on. A bus that is
 /// well costs less than a millisecond. To be called before any thread is started.
-void forgoSilentSessionBus(std::chrono::milliseconds limit = std::chrono::seconds(1));
+void forgoSilentSessionBus(std::chrono::milliseconds limit = std::chrono::seconds(2));
 
 }  // namespace tarnwick

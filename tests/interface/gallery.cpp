@@ -1,44 +1,16 @@
-#include <QApplication>
-#include <QDir>
-#include <QMenuBar>
-#include <QStyleFactory>
-#include <cstdio>
-
+#include "tests/gallery/picture_folder.h"
 #include "tests/interface/interface_fixture.h"
 #include "ui/common/buttons.h"
 #include "ui/main_window/main_window.h"
 
-// Draws the main window in its states into the folder named by the first argument, without a
-// display. The environment variable QT_SCALE_FACTOR works as in the application; `dark` and
-// `largefont` as further arguments choose the theme.
+// Draws the main window in its states.
 
 namespace tarnwick {
 namespace {
 
-QPalette darkPalette() {
-  QPalette palette;
-  const QColor window(0x2b, 0x2b, 0x2e);
-  const QColor text(0xf2, 0xf2, 0xf2);
-  palette.setColor(QPalette::Window, window);
-  palette.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x20));
-  palette.setColor(QPalette::AlternateBase, window);
-  palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3e));
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-    palette.setColor(role, text);
-    palette.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x84));
-  }
-  // The style draws it as the shadow of disabled texts.
-  palette.setColor(QPalette::Light, QColor(0x1e, 0x1e, 0x20));
-  palette.setColor(QPalette::Highlight, QColor(0x2a, 0x82, 0xda));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
-  return palette;
-}
-
 class Gallery {
  public:
-  Gallery(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
-    QDir().mkpath(folder_);
-  }
+  explicit Gallery(PictureFolder& pictures) : pictures_(pictures) {}
 
   using Arrange = std::function<void(InterfaceWorld&)>;
 
@@ -55,14 +27,11 @@ class Gallery {
     world.settle();
     if (afterwards) afterwards(window);
     world.settle();
-    const QString path = folder_ + "/" + name + suffix_ + ".png";
-    if (!window.grab().save(path)) std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
-    std::printf("%s\n", qPrintable(path));
+    pictures_.save(name, window);
   }
 
  private:
-  QString folder_;
-  QString suffix_;
+  PictureFolder& pictures_;
 };
 
 void makeBusy(InterfaceWorld& world) {
@@ -138,28 +107,8 @@ void drawAll(Gallery& gallery) {
 }  // namespace tarnwick
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  qputenv("QT_STYLE_OVERRIDE", "fusion");
-  const QApplication application(argc, argv);
-  const QStringList arguments = QCoreApplication::arguments().mid(1);
-  if (arguments.isEmpty()) {
-    std::fputs("usage: tarnwick_gallery FOLDER [dark] [largefont]\n", stderr);
-    return 2;
-  }
-  QString suffix;
-  if (arguments.contains("dark")) {
-    QApplication::setPalette(tarnwick::darkPalette());
-    suffix += "-dark";
-  }
-  if (arguments.contains("largefont")) {
-    QFont font = QApplication::font();
-    font.setPointSizeF(font.pointSizeF() * 1.5);
-    QApplication::setFont(font);
-    suffix += "-largefont";
-  }
-  const QByteArray scale = qgetenv("QT_SCALE_FACTOR");
-  if (!scale.isEmpty()) suffix += "-scale" + QString::fromLatin1(scale);
-  tarnwick::Gallery gallery(arguments.first(), suffix);
-  tarnwick::drawAll(gallery);
-  return 0;
+  return tarnwick::drawPictures(argc, argv, [](tarnwick::PictureFolder& pictures) {
+    tarnwick::Gallery gallery(pictures);
+    tarnwick::drawAll(gallery);
+  });
 }

@@ -1,9 +1,7 @@
-#include <QApplication>
-#include <QDir>
 #include <QMessageBox>
-#include <cstdio>
 
 #include "core/engine/docker.h"
+#include "tests/gallery/picture_folder.h"
 #include "tests/windows/windows_fixture.h"
 #include "ui/dialogs/install_offer.h"
 #include "ui/dialogs/keys_help.h"
@@ -13,42 +11,16 @@
 #include "ui/settings_window/settings_window.h"
 #include "ui/tray/tray_item.h"
 
-// Draws the settings and logs windows, the dialogs and the tray's menu in their states into the
-// folder named by the first argument, without a display. The environment variable QT_SCALE_FACTOR
-// works as in the application; `dark` and `largefont` as further arguments choose the theme.
+// Draws the settings and logs windows, the dialogs and the tray's menu in their states.
 
 namespace tarnwick {
 namespace {
 
-QPalette darkPalette() {
-  QPalette palette;
-  const QColor text(0xf2, 0xf2, 0xf2);
-  palette.setColor(QPalette::Window, QColor(0x2b, 0x2b, 0x2e));
-  palette.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x20));
-  palette.setColor(QPalette::AlternateBase, QColor(0x2b, 0x2b, 0x2e));
-  palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3e));
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-    palette.setColor(role, text);
-    palette.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x84));
-  }
-  // The style draws it as the shadow of disabled texts.
-  palette.setColor(QPalette::Light, QColor(0x1e, 0x1e, 0x20));
-  palette.setColor(QPalette::Highlight, QColor(0x2a, 0x82, 0xda));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
-  return palette;
-}
-
 class Gallery {
  public:
-  Gallery(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
-    QDir().mkpath(folder_);
-  }
+  explicit Gallery(PictureFolder& pictures) : pictures_(pictures) {}
 
-  void save(const QString& name, QWidget& window) {
-    const QString path = folder_ + "/" + name + suffix_ + ".png";
-    if (!window.grab().save(path)) std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
-    std::printf("%s\n", qPrintable(path));
-  }
+  void save(const QString& name, QWidget& window) { pictures_.save(name, window); }
 
   using Arrange = std::function<void(WindowsWorld&)>;
 
@@ -86,8 +58,7 @@ class Gallery {
   }
 
  private:
-  QString folder_;
-  QString suffix_;
+  PictureFolder& pictures_;
 };
 
 void drawSettings(Gallery& gallery) {
@@ -149,30 +120,10 @@ void drawDialogs(Gallery& gallery) {
 }  // namespace tarnwick
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  qputenv("QT_STYLE_OVERRIDE", "fusion");
-  const QApplication application(argc, argv);
-  const QStringList arguments = QCoreApplication::arguments().mid(1);
-  if (arguments.isEmpty()) {
-    std::fputs("usage: tarnwick_windows_gallery FOLDER [dark] [largefont]\n", stderr);
-    return 2;
-  }
-  QString suffix;
-  if (arguments.contains("dark")) {
-    QApplication::setPalette(tarnwick::darkPalette());
-    suffix += "-dark";
-  }
-  if (arguments.contains("largefont")) {
-    QFont font = QApplication::font();
-    font.setPointSizeF(font.pointSizeF() * 1.5);
-    QApplication::setFont(font);
-    suffix += "-largefont";
-  }
-  const QByteArray scale = qgetenv("QT_SCALE_FACTOR");
-  if (!scale.isEmpty()) suffix += "-scale" + QString::fromLatin1(scale);
-  tarnwick::Gallery gallery(arguments.first(), suffix);
-  tarnwick::drawSettings(gallery);
-  tarnwick::drawLogs(gallery);
-  tarnwick::drawDialogs(gallery);
-  return 0;
+  return tarnwick::drawPictures(argc, argv, [](tarnwick::PictureFolder& pictures) {
+    tarnwick::Gallery gallery(pictures);
+    tarnwick::drawSettings(gallery);
+    tarnwick::drawLogs(gallery);
+    tarnwick::drawDialogs(gallery);
+  });
 }

@@ -18,38 +18,41 @@ namespace {
 constexpr std::size_t largestEntry = 256U << 10U;
 constexpr const char* switchKey = "X-GNOME-Autostart-enabled";
 
-/// A program's path as the first word of an Exec value: quoted for the command line, its percent
-/// signs kept from being field codes, and then escaped once more as every value of such a file is.
-std::string execWord(const std::string& program) {
-  std::string word = "\"";
-  for (const char c : program) {
+/// A text as the value of a key: every value of such a file is escaped this way.
+std::string escaped(const std::string& text) {
+  std::string value;
+  for (const char c : text) {
     switch (c) {
-      case '"':
-      case '`':
-      case '$':
-        word += "\\\\";
-        word += c;
-        break;
       case '\\':
-        word += "\\\\\\\\";
-        break;
-      case '%':
-        word += "%%";
+        value += "\\\\";
         break;
       case '\n':
-        word += "\\n";
+        value += "\\n";
         break;
       case '\r':
-        word += "\\r";
+        value += "\\r";
         break;
       case '\t':
-        word += "\\t";
+        value += "\\t";
         break;
       default:
-        word += c;
+        value += c;
     }
   }
-  return word + "\"";
+  return value;
+}
+
+/// A program's path as the first word of a command line: quoted, and its percent signs kept from
+/// being field codes.
+std::string commandWord(const std::string& program) {
+  constexpr std::string_view special = "\"`$\\";
+  std::string word = "\"";
+  for (const char c : program) {
+    if (special.find(c) != std::string_view::npos) word += '\\';
+    word += c;
+    if (c == '%') word += c;
+  }
+  return word + '"';
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -95,16 +98,18 @@ XdgLoginItem::XdgLoginItem(const std::string& configFolder, std::string program)
       program_(std::move(program)) {}
 
 void XdgLoginItem::registerItem() {
+  // TryExec keeps a session from complaining once the program has been removed.
   const std::string entry = fmt::format(
       "[Desktop Entry]\n"
       "Type=Application\n"
       "Name=Tarnwick\n"
       "Comment=A Linux desktop in a window\n"
       "Exec={} --background\n"
+      "TryExec={}\n"
       "Icon=tarnwick\n"
       "Terminal=false\n"
       "{}=true\n",
-      execWord(program_), switchKey);
+      escaped(commandWord(program_)), escaped(program_), switchKey);
   if (createPrivateFolder(folder_)) return;
   [[maybe_unused]] const auto failure = writeFileAtomically(path_, entry, 0644);
 }

@@ -12,20 +12,25 @@
 namespace tarnwick {
 namespace {
 
-/// What another program of the desktop makes of the entry.
-std::vector<std::string> commandLineIn(const std::string& path) {
+/// What another program of the desktop reads under a key of the entry.
+std::string valueIn(const std::string& path, const char* key) {
   GKeyFile* file = g_key_file_new();
   EXPECT_TRUE(g_key_file_load_from_file(file, path.c_str(), G_KEY_FILE_NONE, nullptr));
-  gchar* exec = g_key_file_get_string(file, "Desktop Entry", "Exec", nullptr);
-  EXPECT_NE(exec, nullptr);
+  gchar* value = g_key_file_get_string(file, "Desktop Entry", key, nullptr);
+  EXPECT_NE(value, nullptr);
+  std::string result = value != nullptr ? value : "";
+  g_free(value);
+  g_key_file_free(file);
+  return result;
+}
+
+std::vector<std::string> wordsOf(const std::string& commandLine) {
   gchar** words = nullptr;
   std::vector<std::string> result;
-  if (exec != nullptr && g_shell_parse_argv(exec, nullptr, &words, nullptr)) {
+  if (g_shell_parse_argv(commandLine.c_str(), nullptr, &words, nullptr)) {
     for (gchar** word = words; *word != nullptr; ++word) result.emplace_back(*word);
   }
   g_strfreev(words);
-  g_free(exec);
-  g_key_file_free(file);
   return result;
 }
 
@@ -47,8 +52,9 @@ TEST(LoginItem, AnyPathIsOneWordToOtherPrograms) {
   const std::string program = "/opt/My \"odd\" $HOME `x` back\\slash/tarnwick";
   XdgLoginItem item(config.path(), program);
   item.registerItem();
-  EXPECT_THAT(commandLineIn(config / "autostart/tarnwick.desktop"),
-              ::testing::ElementsAre(program, "--background"));
+  const std::string entry = config / "autostart/tarnwick.desktop";
+  EXPECT_THAT(wordsOf(valueIn(entry, "Exec")), ::testing::ElementsAre(program, "--background"));
+  EXPECT_EQ(valueIn(entry, "TryExec"), program);
 }
 
 TEST(LoginItem, APercentSignIsNoFieldCode) {

@@ -85,6 +85,13 @@ tidy() {
     return "$status"
 }
 
+static_analysis() {
+    local sources
+    mapfile -t sources < <(cd "$root" && git ls-files '*.cpp' | grep -Ev '^(tests|bench|fuzz|packaging)/')
+    (cd "$root" && cppcheck -I . --std=c++20 --enable=warning,performance,portability --inline-suppr --quiet \
+        --suppressions-list=scripts/cppcheck-suppressions.txt --error-exitcode=1 "${sources[@]}")
+}
+
 pictures() { "$root/scripts/gallery.sh" "$root/build/debug" "$root/build/gallery"; }
 
 end_to_end() {
@@ -118,7 +125,7 @@ fi
 
 if [ "$quick" = yes ]; then
     reason="left out by --quick"
-    for name in "core tests, address and undefined sanitizers" "core tests, clang, thread sanitizer" "clang-tidy" \
+    for name in "core tests, address and undefined sanitizers" "core tests, clang, thread sanitizer" "clang-tidy" "cppcheck" \
         "pictures of every window" "whole program, practice engine" "whole program, real Docker engine" \
         "package in a fresh Debian"; do
         skip "$name" "$reason"
@@ -131,6 +138,7 @@ level "core tests, address and undefined sanitizers" sanitizer_tests asan-ubsan 
 # Only the core: libraries that are not built for this sanitizer make it see races where there are none.
 level "core tests, clang, thread sanitizer" sanitizer_tests tsan -L core || true
 level "clang-tidy" tidy || true
+level "cppcheck" static_analysis || true
 
 if [ "$built" = no ]; then
     skip "pictures of every window" "the program was not built"

@@ -9,8 +9,6 @@
 
 namespace tarnwick {
 
-using namespace std::chrono_literals;
-
 void DesktopController::primary() {
   switch (phase.get()) {
     case Phase::busy:
@@ -202,7 +200,7 @@ Task<bool> DesktopController::createContainer(std::string docker, Flavor flavor,
 
 Task<void> DesktopController::waitForDesktop(Flavor flavor, CancellationToken cancellation) {
   progressText = "Waiting for the desktop to answer (the first start can take a minute)…";
-  const TimePoint deadline = services_.mainThread.now() + 240s;
+  const TimePoint deadline = services_.mainThread.now() + std::chrono::seconds(240);
   bool ready = false;
   for (int attempts = 1; services_.mainThread.now() < deadline && !cancelRequested_; ++attempts) {
     const bool answers = co_await probe(settings.httpPort);
@@ -215,7 +213,7 @@ Task<void> DesktopController::waitForDesktop(Flavor flavor, CancellationToken ca
       // A dead container will not answer any more.
       if (!info || !info->running) break;
     }
-    co_await sleepFor(services_.mainThread, 2s, cancellation);
+    co_await sleepFor(services_.mainThread, std::chrono::seconds(2), cancellation);
   }
   if (finishedByCancel()) co_return;
   if (ready) {

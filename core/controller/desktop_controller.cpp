@@ -78,6 +78,7 @@ void DesktopController::fail(const std::string& message, std::optional<std::size
 }
 
 void DesktopController::beginRun() {
+  ++turningPoints_;
   cancelRequested_ = false;
   phase = Phase::busy;
   installing = false;

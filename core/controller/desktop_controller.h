@@ -167,6 +167,9 @@ class DesktopController {
   bool downloading_ = false;
   bool monitoring_ = false;
   bool looked_ = false;
+  /// Counts runs that began and containers that were ended: an answer that was asked for before
+  /// tells nothing about what is there since.
+  std::uint64_t turningPoints_ = 0;
   PullProgress pull_;
   // Last, so that suspended tasks go before anything they use.
   TaskScope tasks_;

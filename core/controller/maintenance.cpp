@@ -29,6 +29,7 @@ Task<void> DesktopController::stopContainer(std::string docker) {
   const std::vector<std::string> args{"stop", containerName};
   const Environment env;
   const CommandResult ignored = co_await services_.runner.run(docker, args, 60, env);
+  ++turningPoints_;
 }
 
 void DesktopController::cancel() {
@@ -62,6 +63,7 @@ void DesktopController::restartColima() {
 Task<void> DesktopController::stopColima() {
   co_await stopContainer(services_.tools.find("docker").value_or(std::string()));
   const CommandResult result = co_await colima_.stop();
+  ++turningPoints_;
   isStopping = false;
   settleIdle();
   notice =
@@ -94,6 +96,7 @@ Task<void> DesktopController::removeFlavorData(Flavor flavor) {
   if (info && info->image == imageReference(services_.imageRegistry, flavor)) {
     const std::vector<std::string> removal{"rm", "-f", containerName};
     const CommandResult ignored = co_await services_.runner.run(*docker, removal, 60, env);
+    ++turningPoints_;
     settleIdle();
   }
   const std::string volume = flavor.volumeName();

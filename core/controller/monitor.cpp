@@ -16,8 +16,11 @@ Task<bool> DesktopController::probe(std::int64_t port) {
                                              url = fmt::format("http://127.0.0.1:{}/", port)] {
     return client.status(url, 2s);
   };
+  const std::uint64_t asked = turningPoints_;
   const std::optional<int> status = co_await onWorker<std::optional<int>>(
       services_.workers, services_.mainThread, std::move(ask));
+  // It may have been the page of a container that was ended meanwhile.
+  if (asked != turningPoints_) co_return false;
   co_return status&&* status < 500;
 }
 
@@ -38,9 +41,11 @@ Task<void> DesktopController::monitorLoop() {
 Task<void> DesktopController::pollOnce() {
   if (phase.get() == Phase::busy || isStopping.get()) co_return;
   if (!services_.tools.find("docker")) co_return;
+  const std::uint64_t asked = turningPoints_;
   const std::optional<ContainerInfo> info = co_await docker_.containerInfo();
-  // A launch, an install or a stop may have begun meanwhile; it owns the state.
-  if (phase.get() == Phase::busy || isStopping.get()) co_return;
+  // A launch, an install or a stop may have begun meanwhile; it owns the state. One that is over
+  // already has seen more than this answer.
+  if (phase.get() == Phase::busy || isStopping.get() || asked != turningPoints_) co_return;
   if (!info || !info->running) {
     if (phase.get() == Phase::running) settleIdle();
     co_return;

@@ -134,6 +134,20 @@ TEST_F(Maintenance, TheMonitorKeepsTheFlavorOfAnUnknownImageAndWaitsForAnAnswer)
   EXPECT_EQ(c.settings.flavorID.get(), "alpine-xfce");
 }
 
+TEST_F(Maintenance, AQueryFromBeforeALaunchDoesNotCloseItsDesktop) {
+  world.runner.once({"docker", "inspect"}, Fake::timeOut(), 10s);
+  startMonitor();
+  const auto [http, https] = PortCheck::freePair(24'000);
+  c.settings.httpPort = http;
+  c.settings.httpsPort = https;
+  c.primary();
+  world.mainThread.advance(5s);
+  ASSERT_EQ(c.phase.get(), Phase::running);
+  world.mainThread.advance(5s);
+  EXPECT_EQ(c.phase.get(), Phase::running);
+  EXPECT_TRUE(c.showDesktop.get());
+}
+
 TEST_F(Maintenance, TheMonitorLeavesALaunchAndAStopAlone) {
   // A query that was under way when the launch began must not decide about it.
   runContainerOf("latest");

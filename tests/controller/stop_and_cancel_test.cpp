@@ -120,6 +120,36 @@ TEST_F(StopAndCancel, AStopThatEndsDuringANewRunLeavesThatRunAlone) {
   EXPECT_EQ(c.phase.get(), Phase::running);
 }
 
+TEST_F(StopAndCancel, AnAnswerOfThePageFromBeforeAStopDoesNotBringTheDesktopBack) {
+  world.container = ControllerHarness::image;
+  world.containerRuns = true;
+  world.workers.delay = 2s;
+  c.startMonitor();
+  world.mainThread.advance(1s);
+  c.stop();
+  world.mainThread.advance(2s);
+  EXPECT_EQ(world.httpProbe.asked.size(), 1U);
+  EXPECT_EQ(c.phase.get(), Phase::idle);
+}
+
+TEST_F(StopAndCancel, AnAnswerOfThePageFromBeforeARemovalDoesNotEndALaunch) {
+  world.httpProbe.answer = [] { return std::optional<int>(); };
+  c.primary();
+  world.mainThread.advance(1s);
+  world.httpProbe.answer = [] { return std::optional<int>(200); };
+  world.workers.delay = 2s;
+  world.mainThread.advance(2s);
+  c.removeFlavor(c.currentFlavor());
+  world.mainThread.advance(500ms);
+  EXPECT_FALSE(world.containerRuns);
+  world.mainThread.advance(1500ms);
+  EXPECT_EQ(c.phase.get(), Phase::busy);
+  world.httpProbe.answer = [] { return std::optional<int>(); };
+  ASSERT_TRUE(world.runToEnd());
+  EXPECT_EQ(c.phase.get(), Phase::idle);
+  EXPECT_TRUE(c.errorSummary.get());
+}
+
 TEST_F(StopAndCancel, StopWithoutDockerChangesNothing) {
   launch();
   world.tools.installed.clear();

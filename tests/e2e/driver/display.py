@@ -38,8 +38,10 @@ def click(element):
 
 
 def clipboard():
-    """The text that a paste would give."""
+    """The text that a paste would give; empty when there is none."""
     answer = subprocess.run(
-        ["xclip", "-o", "-selection", "clipboard"], check=True, capture_output=True, text=True, timeout=10
+        ["xclip", "-o", "-selection", "clipboard", "-target", "UTF8_STRING"], capture_output=True, text=True, timeout=10
     )
+    if answer.returncode != 0 and "not available" not in answer.stderr:
+        raise AssertionError(answer.stderr)
     return answer.stdout

@@ -12,6 +12,8 @@ void DesktopController::confirmInstall() {
 }
 
 Task<void> DesktopController::runInstallThenLaunch(CancellationToken cancellation) {
+  // Between the press and this first turn, perhaps: there was no stream to cancel yet.
+  if (finishedByCancel()) co_return;
   progress = std::nullopt;
   progressText = "Installing with Homebrew (brew install colima docker)…";
   const auto stream = newStream();

@@ -40,6 +40,8 @@ void DesktopController::startLaunch(bool forcePull, bool recreate) {
 
 Task<void> DesktopController::runLaunch(bool forcePull, bool recreate,
                                         CancellationToken cancellation) {
+  // Between the press and this first turn, perhaps.
+  if (finishedByCancel()) co_return;
   const std::optional<std::string> docker = services_.tools.find("docker");
   if (!docker || !services_.tools.find("colima")) {
     fail("Docker or Colima is not installed.", std::nullopt);

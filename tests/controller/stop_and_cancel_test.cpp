@@ -80,6 +80,20 @@ TEST_F(StopAndCancel, CancelEndsTheWaitBetweenTwoProbes) {
   launch();
 }
 
+TEST_F(StopAndCancel, CancelRightAfterThePressRunsNoTool) {
+  world.tools.installed = {"brew"};
+  c.confirmInstall();
+  c.cancel();
+  expectCancelled();
+  EXPECT_TRUE(world.streams.calls.empty());
+
+  world.tools.installed = {"docker", "colima"};
+  c.primary();
+  c.cancel();
+  expectCancelled();
+  EXPECT_TRUE(world.runner.calls.empty());
+}
+
 TEST_F(StopAndCancel, CancelWhileIdleChangesNothingThatIsShown) {
   int announced = 0;
   const auto subscription = c.changes().observe([&announced] { ++announced; });

@@ -50,6 +50,7 @@ void Invariants::cancelPressed() {
   require(journal_.deafStreams == 0, "a cancel asks the running tool to end");
   if (!cancelled_) downloadsAtCancel_ = journal_.downloadsBegun;
   cancelled_ = mainThread_.now();
+  if (journal_.lastLooks == 0) mustSayCancelled_ = true;
 }
 
 void Invariants::checkPhase(After after) {
@@ -62,11 +63,13 @@ void Invariants::checkPhase(After after) {
             "running is shown only for a container seen running whose page has answered since");
     require(phase_ == Phase::busy || (!wasStopping_ && !c_.isStopping.get()),
             "the monitor shows nothing as running while it is being stopped");
+    ++(phase_ == Phase::busy ? sightings_.shown : sightings_.adopted);
   }
   if (phase_ != Phase::running) return;
   require(phase == Phase::busy || journal_.mayBeGone(phaseSince_, mainThread_.now()),
           "only a look that was asked for since then tells that a running desktop is gone");
   journal_.forget();
+  if (phase == Phase::idle && !wasStopping_) ++sightings_.lost;
 }
 
 void Invariants::runBegan(After after) {
@@ -75,7 +78,9 @@ void Invariants::runBegan(After after) {
   journal_.forget();
   journal_.lines.clear();
   cancelled_.reset();
+  mustSayCancelled_ = false;
   conflictBefore_ = conflictId(c_);
+  ++sightings_.runs;
 }
 
 void Invariants::runEnded(After after) {
@@ -88,8 +93,11 @@ void Invariants::runEnded(After after) {
     require(!cancelled_, "a cancelled run does not end with the desktop");
     return;
   }
-  require(saysCancelled || c_.errorSummary.get() || conflictId(c_) != conflictBefore_,
-          "a run that ends idle says why");
+  const bool conflict = conflictId(c_) != conflictBefore_;
+  const bool failed = c_.errorSummary.get().has_value();
+  require(saysCancelled || conflict || failed, "a run that ends idle says why");
+  require(saysCancelled || conflict || !mustSayCancelled_, "a cancelled run does not fail");
+  ++(saysCancelled ? sightings_.cancelled : conflict ? sightings_.conflicts : sightings_.failed);
 }
 
 void Invariants::checkLines() {
@@ -125,6 +133,7 @@ void Invariants::checkTools() {
 void Invariants::checkLimits() {
   const TimePoint now = mainThread_.now();
   if (!c_.isStopping.get() || !wasStopping_) stoppingSince_ = now;
+  if (wasStopping_ && !c_.isStopping.get()) ++sightings_.stops;
   require(now - stoppingSince_ <= longestStop, "a stop ends");
   if (!cancelled_ || c_.phase.get() != Phase::busy) return;
   // Colima may begin to start just after a cancel; it takes a second one to end that.

@@ -9,14 +9,27 @@
 
 namespace tarnwick {
 
+/// What schedules came across: a search that never saw a desktop would prove little.
+struct Sightings {
+  int runs = 0;
+  int shown = 0;
+  int adopted = 0;
+  int lost = 0;
+  int failed = 0;
+  int cancelled = 0;
+  int conflicts = 0;
+  int stops = 0;
+};
+
 /// What holds between any two turns of the main thread, whatever the user, the tools and the
 /// machine do. Looks at one controller after each turn and each act.
 class Invariants {
  public:
   enum class After { turn, actThatMayBeginARun, otherAct };
 
-  Invariants(const DesktopController& controller, Journal& journal, const MainThread& mainThread)
-      : c_(controller), journal_(journal), mainThread_(mainThread) {}
+  Invariants(const DesktopController& controller, Journal& journal, const MainThread& mainThread,
+             Sightings& sightings)
+      : c_(controller), journal_(journal), mainThread_(mainThread), sightings_(sightings) {}
 
   /// Whether all holds. Once it does not, it stays so.
   bool hold(After after);
@@ -40,6 +53,7 @@ class Invariants {
   const DesktopController& c_;
   Journal& journal_;
   const MainThread& mainThread_;
+  Sightings& sightings_;
   std::string broken_;
 
   Phase phase_ = Phase::idle;  ///< as it was at the last look
@@ -48,6 +62,7 @@ class Invariants {
   bool wasDeaf_ = false;  ///< a long tool was running that nobody had asked to end
   TimePoint stoppingSince_{};
   std::optional<TimePoint> cancelled_;  ///< the present run
+  bool mustSayCancelled_ = false;
   int downloadsAtCancel_ = 0;
   std::string conflictBefore_;  ///< id of the conflict that was shown when the run began
 };

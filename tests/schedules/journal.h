@@ -28,6 +28,7 @@ class Journal {
   int runTools = 0;        ///< under way: tools that only a launch or an installation uses
   int mostRunTools = 0;    ///< the most that were ever under way at once
   int endTools = 0;        ///< under way: stops of the container or of Colima
+  int lastLooks = 0;       ///< under way: those after which a run may fail in spite of a cancel
   int streams = 0;         ///< under way
   int deafStreams = 0;     ///< of these, not asked to end
   int downloadsBegun = 0;  ///< ever: streams that fetch an image or tools

@@ -66,7 +66,7 @@ std::string Step::text() const {
   const Choice& known = choices[static_cast<std::size_t>(act)];
   const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(wait).count();
   const std::string after =
-      turns > 0 ? fmt::format("{} turns", turns) : fmt::format("{} ms", milliseconds);
+      turns ? fmt::format("{} turns", *turns) : fmt::format("{} ms", milliseconds);
   return fmt::format("after {}: {} ({})", after, known.name, choice);
 }
 
@@ -75,7 +75,7 @@ std::vector<Step> drawSchedule(Dice& dice) {
   for (Step& step : steps) {
     // Acts a few turns apart meet what is about to arrive; others find the long waits.
     if (dice.percent(40)) {
-      step.turns = static_cast<int>(1 + dice.below(12));
+      step.turns = static_cast<int>(dice.below(12));
     } else {
       step.wait = dice.pick<Duration>({0ms, 1ms, 20ms, 300ms, 1s, 2s, 3s, 6s, 10s, 40s});
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,7 +47,7 @@ enum class Act {
 /// One act, after a while of virtual time or after so many turns of the main thread.
 struct Step {
   Duration wait{};
-  int turns = 0;
+  std::optional<int> turns;  ///< in place of `wait`
   Act act = Act::pressMain;
   std::size_t choice = 0;  ///< which flavor, which ports, on or off
 

@@ -16,7 +16,8 @@ constexpr const char* phaseNames[] = {"idle", "busy", "running"};
 
 }  // namespace
 
-ScheduledWorld::ScheduledWorld(const ScheduleGround& ground, std::uint64_t seed)
+ScheduledWorld::ScheduledWorld(const ScheduleGround& ground, std::uint64_t seed,
+                               Sightings& sightings)
     : dice_(seed), paths_(ground.folder, ground.folder), httpPort_(ground.httpPort) {
   furnish(ground);
   steps_ = drawSchedule(dice_);
@@ -24,7 +25,7 @@ ScheduledWorld::ScheduledWorld(const ScheduleGround& ground, std::uint64_t seed)
       mainThread_, workers_, runner_, engine_,
       [this] { return std::make_shared<SimulatedStream>(tools_); }, store_, secrets_, loginItem_,
       random_, page_, workspace_, paths_, "registry.test"});
-  invariants_.emplace(*controller_, journal_, mainThread_);
+  invariants_.emplace(*controller_, journal_, mainThread_, sightings);
 }
 
 void ScheduledWorld::furnish(const ScheduleGround& ground) {
@@ -83,12 +84,12 @@ bool ScheduledWorld::look(Invariants::After after) {
 }
 
 bool ScheduledWorld::waitFor(const Step& step) {
-  if (step.turns == 0) return pass(step.wait);
+  if (!step.turns) return pass(step.wait);
   int turns = 0;
   bool holds = true;
   mainThread_.runUntil([&] {
     if (turns > 0) holds = look(Invariants::After::turn);
-    return !holds || turns++ == step.turns;
+    return !holds || turns++ == *step.turns;
   });
   return holds;
 }
@@ -205,7 +206,7 @@ void ScheduledWorld::settle() {
   if (!pass(15s)) return;
   while (!quiet() && mainThread_.now() < giveUp) {
     if (!pass(10s)) return;
-    if (!quiet() && journal_.deafStreams > 0) actAsUser({{}, 0, Act::cancel, 0});
+    if (!quiet() && journal_.deafStreams > 0) actAsUser({{}, {}, Act::cancel, 0});
   }
   // The monitor's next look, after one of just now.
   if (pass(10s)) invariants_->settled(engine_, monitored_);

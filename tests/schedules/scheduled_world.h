@@ -27,7 +27,7 @@ struct ScheduleGround {
 /// A controller in a machine of its own; both, and all that happens, follow from the seed.
 class ScheduledWorld {
  public:
-  ScheduledWorld(const ScheduleGround& ground, std::uint64_t seed);
+  ScheduledWorld(const ScheduleGround& ground, std::uint64_t seed, Sightings& sightings);
 
   /// Goes through the schedule and lets time run until all is quiet. Gives the first invariant
   /// that was broken, or an empty text.

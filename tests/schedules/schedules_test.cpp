@@ -43,8 +43,8 @@ class Schedules : public testing::TestWithParam<int> {
     ground.httpPort = http;
     ground.httpsPort = https;
   }
-  std::string story(std::uint64_t seed) const {
-    ScheduledWorld world(ground, seed);
+  std::string story(std::uint64_t seed) {
+    ScheduledWorld world(ground, seed, seen);
     world.listen();
     const std::string broken = world.run();
     return fmt::format("{}\nseed {} (TARNWICK_SCHEDULE_SEED replays it): {}\n", world.story(), seed,
@@ -53,6 +53,7 @@ class Schedules : public testing::TestWithParam<int> {
 
   TemporaryFolder folder{memoryFolder()};
   ScheduleGround ground;
+  Sightings seen;
 };
 
 TEST_P(Schedules, KeepTheInvariants) {
@@ -60,18 +61,27 @@ TEST_P(Schedules, KeepTheInvariants) {
     if (GetParam() > 0) GTEST_SKIP() << "one schedule only";
     const std::string told = story(*seed);
     std::fputs(told.c_str(), stdout);
-    ASSERT_EQ(ScheduledWorld(ground, *seed).run(), "");
+    ASSERT_EQ(ScheduledWorld(ground, *seed, seen).run(), "");
     return;
   }
   const std::uint64_t whole = number("TARNWICK_SCHEDULES").value_or(sanitized ? 4'000 : 100'000);
   const std::uint64_t count = whole / shards;
   const std::uint64_t first = count * static_cast<std::uint64_t>(GetParam());
   for (std::uint64_t seed = first; seed < first + count; ++seed) {
-    const std::string broken = ScheduledWorld(ground, seed).run();
+    const std::string broken = ScheduledWorld(ground, seed, seen).run();
     ASSERT_EQ(broken, "") << story(seed);
   }
-  fmt::print("{} of {} schedules{}\n", count, whole,
-             sanitized ? " (fewer by default, since this build has a sanitizer)" : "");
+  fmt::print(
+      "{} of {} schedules{}: {} runs, of which {} showed the desktop, {} failed, {} were cancelled "
+      "and {} met a taken port; {} desktops adopted, {} lost, {} stops\n",
+      count, whole, sanitized ? " (fewer by default, since this build has a sanitizer)" : "",
+      seen.runs, seen.shown, seen.failed, seen.cancelled, seen.conflicts, seen.adopted, seen.lost,
+      seen.stops);
+  if (count < 500) return;
+  for (const int sightings : {seen.shown, seen.failed, seen.cancelled, seen.conflicts, seen.adopted,
+                              seen.lost, seen.stops}) {
+    EXPECT_GT(sightings, 0) << "the search misses something";
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Part, Schedules, testing::Range(0, shards));

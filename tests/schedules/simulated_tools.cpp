@@ -58,6 +58,11 @@ bool isEnd(const std::vector<std::string>& words) {
   return words.front() != "brew" && (words[1] == "stop" || words[1] == "rm");
 }
 
+/// Before the answer is heeded nobody looks for a cancel.
+bool isLastLook(const std::vector<std::string>& words) {
+  return words.front() == "docker" && (words[1] == "info" || words[1] == "logs");
+}
+
 bool isCreation(const std::vector<std::string>& words) {
   return words.front() == "docker-compose" || words[1] == "run" ||
          (words[1] == "compose" && words[2] != "version");
@@ -96,6 +101,7 @@ Task<CommandResult> SimulatedRunner::run(std::string exe, std::vector<std::strin
   const Journal::Underway underway(ofRun          ? journal.runTools
                                    : isEnd(words) ? journal.endTools
                                                   : others);
+  const Journal::Underway look(isLastLook(words) ? journal.lastLooks : others);
   journal.mostRunTools = std::max(journal.mostRunTools, journal.runTools);
   co_return co_await carryOut(std::move(words), limit);
 }

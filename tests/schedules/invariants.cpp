@@ -51,6 +51,8 @@ void Invariants::cancelPressed() {
   if (!cancelled_) downloadsAtCancel_ = journal_.downloadsBegun;
   cancelled_ = mainThread_.now();
   if (journal_.lastLooks == 0) mustSayCancelled_ = true;
+  const bool waits = c_.progressText->starts_with("Waiting") && journal_.nothingUnderWay();
+  if (waits) mustEndAtOnce_ = true;
 }
 
 void Invariants::checkPhase(After after) {
@@ -66,10 +68,16 @@ void Invariants::checkPhase(After after) {
     ++(phase_ == Phase::busy ? sightings_.shown : sightings_.adopted);
   }
   if (phase_ != Phase::running) return;
-  require(phase == Phase::busy || journal_.mayBeGone(phaseSince_, mainThread_.now()),
-          "only a look that was asked for since then tells that a running desktop is gone");
+  require(phase == Phase::busy || mayBeGone(),
+          "only an end, or a look that was asked for since, tells that a running desktop is gone");
   journal_.forget();
   if (phase == Phase::idle && !wasStopping_) ++sightings_.lost;
+}
+
+bool Invariants::mayBeGone() const {
+  const bool stopEnded = wasStopping_ && !c_.isStopping.get();
+  if (stopEnded || journal_.endTriedAt() == mainThread_.now()) return true;
+  return !wasStopping_ && journal_.nothingSeenSince(phaseSince_);
 }
 
 void Invariants::runBegan(After after) {
@@ -79,6 +87,7 @@ void Invariants::runBegan(After after) {
   journal_.lines.clear();
   cancelled_.reset();
   mustSayCancelled_ = false;
+  mustEndAtOnce_ = false;
   conflictBefore_ = conflictId(c_);
   ++sightings_.runs;
 }
@@ -138,6 +147,7 @@ void Invariants::checkLimits() {
   if (!cancelled_ || c_.phase.get() != Phase::busy) return;
   // Colima may begin to start just after a cancel; it takes a second one to end that.
   if (wasDeaf_ || journal_.deafStreams > 0) cancelled_ = now;
+  require(!mustEndAtOnce_ || now == *cancelled_, "a cancel ends the wait for the desktop at once");
   require(now - *cancelled_ <= longestCancel, "a cancelled run ends");
 }
 

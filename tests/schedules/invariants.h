@@ -46,6 +46,7 @@ class Invariants {
   void checkTools();
   void checkLimits();
   void checkPhase(After after);
+  [[nodiscard]] bool mayBeGone() const;
   void runBegan(After after);
   void runEnded(After after);
   void checkLines();
@@ -63,6 +64,7 @@ class Invariants {
   TimePoint stoppingSince_{};
   std::optional<TimePoint> cancelled_;  ///< the present run
   bool mustSayCancelled_ = false;
+  bool mustEndAtOnce_ = false;
   int downloadsAtCancel_ = 0;
   std::string conflictBefore_;  ///< id of the conflict that was shown when the run began
 };

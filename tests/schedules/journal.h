@@ -28,10 +28,13 @@ class Journal {
   int runTools = 0;        ///< under way: tools that only a launch or an installation uses
   int mostRunTools = 0;    ///< the most that were ever under way at once
   int endTools = 0;        ///< under way: stops of the container or of Colima
+  int others = 0;          ///< under way: any other tool, and jobs of the workers
   int lastLooks = 0;       ///< under way: those after which a run may fail in spite of a cancel
   int streams = 0;         ///< under way
   int deafStreams = 0;     ///< of these, not asked to end
   int downloadsBegun = 0;  ///< ever: streams that fetch an image or tools
+
+  [[nodiscard]] bool nothingUnderWay() const { return runTools + endTools + others == 0; }
 
   /// Every line that a tool wrote for the present run, in order.
   std::vector<std::string> lines;
@@ -56,10 +59,9 @@ class Journal {
     return seenRunning_ && answered_ >= std::max(*seenRunning_, end_);
   }
 
-  /// A desktop that has been running since `since` may be taken for gone.
-  [[nodiscard]] bool mayBeGone(TimePoint since, TimePoint now) const {
-    return nothing_ >= since || endTried_ == now;
-  }
+  /// Somebody asked for a running container at `moment` or later, and was told of none.
+  [[nodiscard]] bool nothingSeenSince(TimePoint moment) const { return nothing_ >= moment; }
+  [[nodiscard]] TimePoint endTriedAt() const { return endTried_; }
 
   /// Tells the story of a schedule that is replayed; empty while nobody listens.
   std::function<void(const std::string& event)> tell;

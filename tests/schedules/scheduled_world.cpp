@@ -34,7 +34,7 @@ void ScheduledWorld::furnish(const ScheduleGround& ground) {
   store_.values["flavor"] = chosenFlavor(dice_.below(3)).id;
   tools_.manners.troublePercent = dice_.pick<std::size_t>({0, 0, 8, 25});
   engine_.installed = {"docker", "colima", "brew"};
-  if (dice_.percent(10)) engine_.installed.erase(dice_.pick({"docker", "colima"}));
+  if (dice_.percent(15)) engine_.installed.erase(dice_.pick({"docker", "colima"}));
   if (dice_.percent(5)) engine_.installed.erase("brew");
   engine_.hasCompose = dice_.percent(75);
   if (dice_.percent(20)) engine_.installed.insert("docker-compose");

@@ -95,13 +95,13 @@ Task<CommandResult> SimulatedRunner::run(std::string exe, std::vector<std::strin
   std::vector<std::string> words = {exe.substr(exe.rfind('/') + 1)};
   words.insert(words.end(), args.begin(), args.end());
   const auto limit = std::chrono::seconds(static_cast<int>(timeout));
-  int others = 0;
+  int unlisted = 0;
   Journal& journal = world_.journal;
   const bool ofRun = isOfRun(words);
   const Journal::Underway underway(ofRun          ? journal.runTools
                                    : isEnd(words) ? journal.endTools
-                                                  : others);
-  const Journal::Underway look(isLastLook(words) ? journal.lastLooks : others);
+                                                  : journal.others);
+  const Journal::Underway look(isLastLook(words) ? journal.lastLooks : unlisted);
   journal.mostRunTools = std::max(journal.mostRunTools, journal.runTools);
   co_return co_await carryOut(std::move(words), limit);
 }
@@ -226,10 +226,13 @@ void SimulatedWorkers::run(std::function<void()> work) {
   std::optional<std::pair<TimePoint, EngineModel::Page>> asked;
   const TimePoint now = world_.mainThread.now();
   if (world_.dice.percent(50)) asked.emplace(now, world_.engine.page(now));
+  ++world_.journal.others;
   world_.mainThread.postAfter(world_.drawDelay(2s), [this, asked, work = std::move(work)] {
     world_.oldPage = asked;
     work();
     world_.oldPage.reset();
+    // After the answer, which the job has just posted.
+    world_.mainThread.post([&others = world_.journal.others] { --others; });
   });
 }
 

@@ -1,5 +1,3 @@
-#include "ui/settings_window/settings_window.h"
-
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -9,7 +7,7 @@
 #include <QScrollArea>
 #include <gtest/gtest.h>
 
-#include "tests/windows/windows_fixture.h"
+#include "tests/windows/settings_window_fixture.h"
 #include "ui/common/elided_label.h"
 #include "ui/settings_window/number_field.h"
 #include "ui/settings_window/password_section.h"
@@ -17,50 +15,6 @@
 
 namespace tarnwick {
 namespace {
-
-const QStringList maintenance = {"Stop Colima so new settings apply", "Update image and recreate",
-                                 "Apply settings now", "Remove this flavor…"};
-
-class SettingsWindowTest : public testing::Test, public WindowsWorld {
- protected:
-  SettingsWindowTest() { open(); }
-  ~SettingsWindowTest() override { delete window; }
-
-  void open() {
-    delete window;
-    window = new SettingsWindow(
-        SettingsWindowServices{controller, mainThread, dialogs, workspace, paths});
-    window->show();
-    settle();
-  }
-  void press(const QString& name) {
-    shown(*window, name)->click();
-    settle();
-  }
-  bool isChecked(const QString& name) { return shown(*window, name)->isChecked(); }
-  QComboBox& picker() { return *window->findChild<QComboBox*>(); }
-  PasswordLabel& password() {
-    for (auto* label : window->findChildren<QLabel*>()) {
-      if (auto* found = dynamic_cast<PasswordLabel*>(label)) return *found;
-    }
-    std::abort();
-  }
-  // Everything that the eye or an assistive tool can read in the window.
-  QString everythingReadable() {
-    QString all;
-    for (QWidget* widget : window->findChildren<QWidget*>()) {
-      const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
-      for (const auto part : {QAccessible::Name, QAccessible::Description, QAccessible::Value}) {
-        all += accessible->text(part) + "\n";
-      }
-      if (const auto* label = qobject_cast<QLabel*>(widget)) all += label->text() + "\n";
-    }
-    return all;
-  }
-
-  SettingsStore& settings = controller.settings;
-  QPointer<SettingsWindow> window;
-};
 
 TEST_F(SettingsWindowTest, HasItsSectionsAndTextsInOrder) {
   settings.setRequirePassword(true);
@@ -103,48 +57,6 @@ TEST_F(SettingsWindowTest, HasItsSectionsAndTextsInOrder) {
       "accepts only for 127.0.0.1.",
   };
   EXPECT_EQ(shownTexts(*window), expected);
-}
-
-struct MaintenanceCase {
-  Phase phase;
-  std::set<std::string> installed;
-  bool pickerEnabled;
-  bool maintenanceEnabled;
-};
-
-class MaintenanceRule : public SettingsWindowTest,
-                        public testing::WithParamInterface<MaintenanceCase> {};
-
-TEST_P(MaintenanceRule, DecidesWhatMayBePressed) {
-  const MaintenanceCase& c = GetParam();
-  tools.installed = c.installed;
-  controller.phase = c.phase;
-  settle();
-  EXPECT_EQ(picker().isEnabled(), c.pickerEnabled);
-  for (const QString& name : maintenance) {
-    EXPECT_EQ(shown(*window, name)->isEnabled(), c.maintenanceEnabled) << name.toStdString();
-  }
-  EXPECT_TRUE(shown(*window, "Reveal app folder")->isEnabled());
-}
-
-const std::set<std::string> both = {"docker", "colima"};
-INSTANTIATE_TEST_SUITE_P(States, MaintenanceRule,
-                         testing::Values(MaintenanceCase{Phase::idle, both, true, true},
-                                         MaintenanceCase{Phase::busy, both, false, false},
-                                         MaintenanceCase{Phase::running, both, false, true},
-                                         MaintenanceCase{Phase::idle, {"docker"}, true, false},
-                                         MaintenanceCase{
-                                             Phase::running, {"colima"}, false, false}));
-
-TEST_F(SettingsWindowTest, SeesToolsThatCameWhileTheUserWasElsewhere) {
-  tools.installed = {};
-  open();
-  EXPECT_FALSE(shown(*window, "Apply settings now")->isEnabled());
-  tools.installed = both;
-  QEvent activation(QEvent::WindowActivate);
-  QApplication::sendEvent(window, &activation);
-  settle();
-  EXPECT_TRUE(shown(*window, "Apply settings now")->isEnabled());
 }
 
 TEST_F(SettingsWindowTest, PicksAFlavorByKeyboardAndFollowsTheStore) {
@@ -198,76 +110,6 @@ TEST_F(SettingsWindowTest, PortsTakeAnyIntegerAndNothingElse) {
   EXPECT_EQ(shown<NumberField>(*window, "HTTPS port")->text(), "3101");
 }
 
-TEST_F(SettingsWindowTest, PasswordRowIsThereOnlyWhileRequired) {
-  EXPECT_EQ(shown(*window, "Copy"), nullptr);
-  EXPECT_FALSE(shownTexts(*window).contains("User: linux"));
-  press("Require a password");
-  EXPECT_TRUE(settings.requirePassword());
-  EXPECT_NE(shown(*window, "Copy"), nullptr);
-  EXPECT_FALSE(settings.password.get().empty());
-  press("Require a password");
-  EXPECT_FALSE(settings.requirePassword());
-  EXPECT_EQ(shown(*window, "Copy"), nullptr);
-}
-
-TEST_F(SettingsWindowTest, PasswordIsNowhereUntilItIsShown) {
-  secrets.put(SettingsStore::passwordAccount, "ab12");
-  settings.setRequirePassword(true);
-  settings.password = "ab12";
-  settle();
-  EXPECT_EQ(password().text(), "••••••••••");
-  EXPECT_FALSE(everythingReadable().contains("ab12"));
-  press("Show");
-  EXPECT_EQ(password().text(), "ab12");
-  EXPECT_TRUE(password().accessibleName().contains("ab12"));
-  press("Hide");
-  EXPECT_FALSE(everythingReadable().contains("ab12"));
-  press("Show");
-  open();
-  EXPECT_EQ(password().text(), "••••••••••") << "a new window starts hidden";
-}
-
-TEST_F(SettingsWindowTest, CopiesThePasswordAsASecret) {
-  press("Require a password");
-  press("Copy");
-  const QClipboard& clipboard = *QApplication::clipboard();
-  EXPECT_EQ(clipboard.text().toStdString(), settings.password.get());
-  EXPECT_EQ(clipboard.mimeData()->data("x-kde-passwordManagerHint"), "secret");
-  window->close();
-  settle();
-  mainThread.advance(std::chrono::seconds(61));
-  EXPECT_EQ(clipboard.text(), "") << "also when the window is closed meanwhile";
-}
-
-TEST_F(SettingsWindowTest, NewPasswordReplacesTheOldOne) {
-  press("Require a password");
-  press("Show");
-  const std::string before = settings.password.get();
-  press("New password");
-  EXPECT_NE(settings.password.get(), before);
-  EXPECT_EQ(password().text().toStdString(), settings.password.get());
-}
-
-TEST_F(SettingsWindowTest, SaysWhenThePasswordIsNotKept) {
-  const QString sentence =
-      "At present the keychain does not answer or is locked: this password is kept only until "
-      "Tarnwick quits.";
-  press("Require a password");
-  EXPECT_FALSE(shownTexts(*window).contains(sentence));
-  secrets.refuse(SecretStatus::locked);
-  press("New password");
-  EXPECT_TRUE(shownTexts(*window).contains(sentence));
-  settings.password = "";
-  settle();
-  EXPECT_TRUE(shownTexts(*window).filter("without it there is no password").size() == 1);
-
-  secrets.unlock();
-  open();
-  settle();
-  EXPECT_TRUE(shownTexts(*window).filter("At present the keychain").isEmpty())
-      << "it is asked again when the window opens";
-}
-
 TEST_F(SettingsWindowTest, SharesAFolderAndStops) {
   const auto path = [this] {
     for (QWidget* widget : window->findChildren<QWidget*>()) {
@@ -315,45 +157,6 @@ TEST_F(SettingsWindowTest, ColimaToggleGoesBackWhenBrewFails) {
 TEST_F(SettingsWindowTest, StopColimaToggleIsStored) {
   press("Stop Colima when I quit");
   EXPECT_TRUE(store.boolean("stopColimaOnQuit"));
-}
-
-TEST_F(SettingsWindowTest, MaintenanceButtonsCallTheirOperations) {
-  press("Reveal app folder");
-  EXPECT_EQ(workspace.revealedFolders, std::vector<std::string>{paths.supportDir()});
-
-  controller.phase = Phase::running;
-  controller.showDesktop = true;
-  settle();
-  shown(*window, "Apply settings now")->click();
-  EXPECT_FALSE(controller.showDesktop.get());
-  EXPECT_EQ(controller.phase.get(), Phase::busy);
-  EXPECT_TRUE(runToEnd());
-  EXPECT_TRUE(streams.calls.empty()) << "applying pulls nothing";
-  settle();
-
-  shown(*window, "Update image and recreate")->click();
-  EXPECT_TRUE(runToEnd());
-  ASSERT_EQ(streams.calls.size(), 1U);
-  EXPECT_EQ(streams.calls.front().args.front(), "pull");
-  settle();
-
-  shown(*window, "Stop Colima so new settings apply")->click();
-  EXPECT_TRUE(controller.isStopping.get());
-  settle();
-  EXPECT_EQ(runner.count({"colima", "stop"}), 1U);
-  EXPECT_TRUE(shownTexts(*window).contains(
-      "Colima was stopped. Press the main button to start it again with the new settings."));
-}
-
-TEST_F(SettingsWindowTest, RemovingTheFlavorAsksFirst) {
-  runner.on({"docker", "volume", "rm"}, FakeCommandRunner::success());
-  settings.flavorID = std::string("unknown");
-  press("Remove this flavor…");
-  EXPECT_EQ(dialogs.questions.back().kind, ConfirmationKind::destructive);
-  EXPECT_EQ(runner.count({"docker", "volume", "rm"}), 0U);
-  dialogs.agrees = true;
-  press("Remove this flavor…");
-  EXPECT_EQ(runner.count({"docker", "volume", "rm", "tarnwick-config-alpine-xfce"}), 1U);
 }
 
 TEST_F(SettingsWindowTest, EveryControlHasANameAndTheOrderIsThatOfReading) {

@@ -75,7 +75,7 @@ std::filesystem::path hangingMark(const std::filesystem::path& folder, pid_t pid
 void hang(const std::filesystem::path& folder) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::hours(1);
   std::error_code ignored;
-  std::ofstream(hangingMark(folder, ::getpid()));
+  const std::ofstream mark(hangingMark(folder, ::getpid()));
   while (std::chrono::steady_clock::now() < end && std::filesystem::exists(folder, ignored)) {
     waitFor(0.5);
   }

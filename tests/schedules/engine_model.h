@@ -11,19 +11,19 @@
 
 namespace tarnwick {
 
+struct ModelContainer {
+  std::string image;
+  std::string volume;
+  std::int64_t httpPort = 0;
+  std::string composeFile;  ///< the text it was made from; empty for a plain run
+  bool runs = false;
+  TimePoint answersFrom;  ///< of its page, while it runs
+};
+
 /// What is true of the machine: the tools, the virtual machine, images, volumes and the one
 /// container. The simulated tools ask and change it; what the controller shows is compared with it.
 class EngineModel final : public ToolFinder {
  public:
-  struct Container {
-    std::string image;
-    std::string volume;
-    std::int64_t httpPort = 0;
-    std::string composeFile;  ///< the text it was made from; empty for a plain run
-    bool runs = false;
-    TimePoint answersFrom;  ///< of its page, while it runs
-  };
-
   struct Page {
     std::int64_t port = 0;
     std::optional<int> status;  ///< that a request gets; none when nobody answers
@@ -34,7 +34,7 @@ class EngineModel final : public ToolFinder {
   bool colimaUp = false;
   std::set<std::string> images;
   std::set<std::string> volumes;
-  std::optional<Container> container;
+  std::optional<ModelContainer> container;
   Duration bootTime{};     ///< from a container's start to its page's first answer
   bool pageIsIll = false;  ///< a container that runs, whose page answers with an error
 

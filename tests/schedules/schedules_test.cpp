@@ -64,7 +64,7 @@ TEST_P(Schedules, KeepTheInvariants) {
     ASSERT_EQ(ScheduledWorld(ground, *seed, seen).run(), "");
     return;
   }
-  const std::uint64_t whole = number("TARNWICK_SCHEDULES").value_or(sanitized ? 4'000 : 100'000);
+  const std::uint64_t whole = number("TARNWICK_SCHEDULES").value_or(sanitized ? 10'000 : 100'000);
   const std::uint64_t count = whole / shards;
   const std::uint64_t first = count * static_cast<std::uint64_t>(GetParam());
   for (std::uint64_t seed = first; seed < first + count; ++seed) {

@@ -10,8 +10,8 @@ namespace tarnwick {
 /// An empty folder of its own for one test, removed with all that is in it.
 class TemporaryFolder {
  public:
-  explicit TemporaryFolder(
-      const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+  TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path()) {}
+  explicit TemporaryFolder(const std::filesystem::path& parent) {
     std::string pattern = (parent / "tarnwick-XXXXXX").string();
     path_ = ::mkdtemp(pattern.data());
   }

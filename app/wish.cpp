@@ -37,6 +37,12 @@ std::pair<std::string_view, std::string_view> split(std::string_view line) {
   return {line.substr(0, space), line.substr(space + 1)};
 }
 
+/// The largest end up to `limit`, which is below the size, where no UTF-8 character is cut.
+std::size_t endOfCharacters(std::string_view text, std::size_t limit) {
+  while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0U) == 0x80U) --limit;
+  return limit;
+}
+
 }  // namespace
 
 std::string requestLine(const Request& request) {
@@ -60,7 +66,7 @@ std::optional<Request> parseRequest(std::string_view line) {
 std::string answerLine(const Answer& answer) {
   std::string line = std::to_string(static_cast<int>(answer.code)) + ' ' + answer.text;
   std::ranges::replace(line, '\n', ' ');
-  if (line.size() >= longestAnswer) line.resize(longestAnswer - 1);
+  if (line.size() >= longestAnswer) line.resize(endOfCharacters(line, longestAnswer - 1));
   return line + '\n';
 }
 

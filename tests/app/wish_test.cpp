@@ -39,6 +39,9 @@ TEST(WishLines, AnAnswerStaysOnItsLine) {
   EXPECT_EQ(answerLine({ExitCode::failed, "one\ntwo"}), "1 one two\n");
   EXPECT_EQ(answerLine({ExitCode::done, std::string(2 * longestAnswer, 'x')}).size(),
             longestAnswer);
+  std::string kept;
+  while (kept.size() + 3 + 3 <= longestAnswer) kept += "…";
+  EXPECT_EQ(answerLine({ExitCode::done, kept + "…"}), "0 " + kept + '\n');
   for (const char* line : {"", "\n", "4 no such code\n", "00 two digits\n", "-1 x\n", "done\n"}) {
     EXPECT_FALSE(parseAnswer(line)) << line;
   }

@@ -93,7 +93,9 @@ TEST(ChallengeScheme, BasicOnlyWhenNothingElseIsOffered) {
   for (const char* field :
        {"", ",", "Digest realm=\"Login\", nonce=\"1\"", "Basic realm=\"x\", Digest realm=\"x\"",
         "Digest realm=\"x\", Basic realm=\"x\"", "NTLM", "Basic realm=x, Negotiate", "Basically",
-        "Negotiate YWJj==", "realm=\"Basic\"", "\"Basic\"", "\\"})
+        "Negotiate YWJj==", "realm=\"Basic\"", "\"Basic\"", "\\",
+        "Basic realm=\"open, Digest realm=\"x", "Basic realm=\"x\\\", Negotiate",
+        "Basic realm=\"open, Digest realm=\" x", "Basic x\", Digest y=\""})
     EXPECT_EQ(challengeScheme(field), AuthenticationMethod::other) << field;
 }
 

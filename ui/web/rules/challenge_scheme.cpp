@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
-#include <string>
+#include <optional>
 
 namespace tarnwick {
 namespace {
@@ -16,20 +16,28 @@ std::string_view trimmed(std::string_view text) {
 }
 
 /// The next element of a comma-separated list, in which quoted text may hold commas; removes it.
-std::string_view takeElement(std::string_view& list) {
-  bool quoted = false;
+/// None, and the list stays, when a quote stands where no value begins or ends.
+std::optional<std::string_view> takeElement(std::string_view& list) {
+  enum class Place { outside, quoted, behindQuote } place = Place::outside;
+  char before = '\0';  // the last character that is no blank
   std::size_t end = 0;
   for (; end < list.size(); ++end) {
     const char c = list[end];
-    if (quoted && c == '\\') {
-      ++end;
-    } else if (c == '"') {
-      quoted = !quoted;
-    } else if (c == ',' && !quoted) {
-      break;
+    if (place == Place::quoted) {
+      if (c == '"') place = Place::behindQuote;
+      if (c == '\\') ++end;
+      continue;
     }
+    if (c == ',') break;
+    if (blanks.find(c) != std::string_view::npos) continue;
+    if (place == Place::behindQuote) return std::nullopt;
+    if (c == '"') {
+      if (before != '=') return std::nullopt;
+      place = Place::quoted;
+    }
+    before = c;
   }
-  end = std::min(end, list.size());
+  if (place == Place::quoted) return std::nullopt;
   const std::string_view element = trimmed(list.substr(0, end));
   list.remove_prefix(std::min(end + 1, list.size()));
   return element;
@@ -56,7 +64,10 @@ bool isBasic(std::string_view scheme) {
 AuthenticationMethod challengeScheme(std::string_view wwwAuthenticate) {
   auto method = AuthenticationMethod::other;
   while (!wwwAuthenticate.empty()) {
-    const std::string_view scheme = schemeIn(takeElement(wwwAuthenticate));
+    const auto element = takeElement(wwwAuthenticate);
+    // What a stray quote swallows may be the scheme that the engine goes by.
+    if (!element) return AuthenticationMethod::other;
+    const std::string_view scheme = schemeIn(*element);
     if (scheme.empty()) continue;
     if (!isBasic(scheme)) return AuthenticationMethod::other;
     method = AuthenticationMethod::httpBasic;

@@ -99,6 +99,13 @@ end_to_end() {
     in_display /usr/bin/python3 "$root/tests/e2e/run.py" "$counts" "$root/tests/e2e"
 }
 
+# Each target is one test, and passes when nothing was found.
+fuzzing() {
+    configure fuzz -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=TRUE || return 1
+    cmake --build "$root/build/fuzz" --parallel "$(build_jobs)" --target fuzzers || return 1
+    "$root/fuzz/run.sh" --jobs "$(nproc)" --counts "$counts"
+}
+
 desktop_files() { "$root/tests/package/check-installed-files.sh" "$root/build/debug" "$counts"; }
 
 fresh_debian() {
@@ -125,9 +132,9 @@ fi
 
 if [ "$quick" = yes ]; then
     reason="left out by --quick"
-    for name in "core tests, address and undefined sanitizers" "core tests, clang, thread sanitizer" "clang-tidy" "cppcheck" \
-        "pictures of every window" "whole program, practice engine" "whole program, real Docker engine" \
-        "package in a fresh Debian"; do
+    for name in "core tests, address and undefined sanitizers" "core tests, clang, thread sanitizer" \
+        "fuzzing, a minute each" "clang-tidy" "cppcheck" "pictures of every window" "whole program, practice engine" \
+        "whole program, real Docker engine" "package in a fresh Debian"; do
         skip "$name" "$reason"
     done
     finish
@@ -137,6 +144,7 @@ fi
 level "core tests, address and undefined sanitizers" sanitizer_tests asan-ubsan || true
 # Only the core: libraries that are not built for this sanitizer make it see races where there are none.
 level "core tests, clang, thread sanitizer" sanitizer_tests tsan -L core || true
+level "fuzzing, a minute each" fuzzing || true
 level "clang-tidy" tidy || true
 level "cppcheck" static_analysis || true
 

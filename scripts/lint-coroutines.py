@@ -2,7 +2,8 @@
 """Finds coroutine forms that g++ 12 compiles into wrong code without a word.
 
   1. co_await stands as a statement of its own, as `= co_await …` that initialises one named local, or after
-     co_return: never in a condition, an argument, an assignment or an expression with && || ?:.
+     co_return: never in a condition, an argument, an assignment or an expression with && || ?:, and not on the line
+     of a condition either, where nobody sees at a glance that it is none.
   2. Nothing in such a statement is braced: no temporary aggregate, no braced list, no lambda with captures.
   3. No coroutine is a lambda with captures.
 
@@ -20,6 +21,7 @@ DECLARATION = re.compile(
 STATEMENT_HEAD = re.compile(
     r"^(?:else\b|do\b|case\b(?:[^:;]|::)*:(?!:)|default\s*:|\w+\s*:(?!:)|(?:if|for|while|switch)\b(?:\s*constexpr)?\s*(?=\())\s*"
 )
+CONDITION_ON_LINE = re.compile(r"\s*(?:\}\s*)?(?:else\b\s*)?(?:if|for|while|switch)\b(?:\s*constexpr)?\s*\(")
 LAMBDA = re.compile(
     r"\[(?P<captures>[^\[\]]*)\]\s*(?:<[^<>]*>\s*)?(?:\((?:[^()]|\((?:[^()]|\([^()]*\))*\))*\))?\s*"
     r"(?:mutable\b\s*|constexpr\b\s*|noexcept\b\s*|->\s*[\w:<>,\s*&]+)*$"
@@ -102,6 +104,8 @@ def await_fault(text, position):
     rest = text[position + len("co_await") : statement_end(text, position)]
     if prefix is None:
         return "co_await in a condition"
+    if CONDITION_ON_LINE.match(text, text.rfind("\n", 0, position) + 1, position):
+        return "co_await on the line of a condition: give it braces and a line of its own"
     if prefix not in ("", "co_return") and not DECLARATION.match(prefix):
         return "co_await inside an expression: name a local for its result"
     if re.search(r"&&|\|\||\?", outermost(rest)):
@@ -148,9 +152,9 @@ GOOD = (
     "const bool ok = co_await f();",
     "std::optional<std::pair<int, Thing>> found = co_await look(name);",
     "const auto unused [[maybe_unused]] = co_await f();",
-    "if (ready) co_await f(); else co_await g();",
-    "for (int i = 0; i < 3; ++i) { co_await f(i); }",
-    "switch (x) { case Kind::One: co_await f(); break; default: co_await g(); }",
+    "if (ready) {\n  co_await f();\n} else {\n  co_await g();\n}",
+    "for (int i = 0; i < 3; ++i) {\n  co_await f(i);\n}",
+    "switch (x) {\n  case Kind::One: co_await f(); break;\n  default: co_await g();\n}",
     "auto sorted = co_await runBlocking([] { return 1; });",
     "log(\"if (co_await f())\"); // if (co_await f())",
     "scope.start([](Thing thing) -> Task<void> { co_await thing.wait(); }(thing));",
@@ -159,6 +163,9 @@ GOOD = (
     "Awaiter operator co_await() && noexcept { return Awaiter(frame_); }",
 )
 BAD = (
+    "if (ready) co_await f();",
+    "if (ready) { use(); } else if (late) co_await f();",
+    "while (more()) co_await f();",
     "if (co_await f()) { }",
     "if (const auto x = co_await f(); x) { }",
     "while (!co_await f()) { }",

@@ -114,7 +114,9 @@ Task<CommandResult> SimulatedRunner::carryOut(std::vector<std::string> words, Du
   const TimePoint asked = world_.mainThread.now();
   const Duration before = whole * static_cast<int>(world_.dice.below(3)) / 2;
   CancellationToken never;
-  if (before > 0s) co_await sleepFor(world_.mainThread, before, never);
+  if (before > 0s) {
+    co_await sleepFor(world_.mainThread, before, never);
+  }
   const TimePoint sampled = world_.mainThread.now();
   CommandResult done(0, {}, {}, false);
   if (takesEffect(outcome)) done = world_.engine.carryOut(words, sampled);

@@ -159,21 +159,22 @@ fi
 level "pictures of every window" pictures || true
 level "whole program, practice engine" end_to_end || true
 
-if [ "$real" = no ]; then
-    skip "whole program, real Docker engine" "runs with --real-engine only, since it installs and starts a Docker engine"
-elif ! reason=$("$root/tests/real/run.sh" --can-run); then
-    skip "whole program, real Docker engine" "$reason"
-else
-    level "whole program, real Docker engine" real_engine || true
-fi
-
-if [ "$package" = no ]; then
-    skip "package in a fresh Debian" "runs with --package only, since it builds the release and makes a whole system"
-elif ! reason=$("$root/tests/package/run.sh" --can-run); then
-    skip "package in a fresh Debian" "$reason"
-else
-    level "package in a fresh Debian" fresh_debian || true
-fi
+# A level that is asked for by an option, and can run on some machines only.
+# usage: asked_level NAME yes|no REASON-WHEN-NOT-ASKED SCRIPT FUNCTION
+asked_level() {
+    local name=$1 asked=$2 reason=$3 script=$4 run=$5
+    if [ "$asked" = no ] || ! reason=$("$script" --can-run); then
+        skip "$name" "$reason"
+    else
+        level "$name" "$run" || true
+    fi
+}
+asked_level "whole program, real Docker engine" "$real" \
+    "runs with --real-engine only, since it installs and starts a Docker engine" \
+    "$root/tests/real/run.sh" real_engine
+asked_level "package in a fresh Debian" "$package" \
+    "runs with --package only, since it builds the release and makes a whole system" \
+    "$root/tests/package/run.sh" fresh_debian
 summary+=("to look at: $root/build/gallery, every window light and dark, at 100 % and 200 %")
 summary+=("to look at: $root/build/reports, what assistive tools are told and what is read when a tool fails")
 finish
